@@ -1,0 +1,7 @@
+#pragma once
+
+/// Everything of the library in one include. The door for most applications is
+/// TQStoreKitLib/transactions/TQStoreKit.hpp.
+
+#include "TQStoreKitLib/manager/TQStoreKitEvent.hpp"
+#include "TQStoreKitLib/transactions/TQStoreKit.hpp"

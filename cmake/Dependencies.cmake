@@ -1,0 +1,16 @@
+# The one place where third-party packages are found. All of them come from the system's packages
+# (scripts/setup installs them); none of them is seen by the library's public headers.
+
+find_package(Threads REQUIRED)
+find_package(ICU REQUIRED COMPONENTS uc)
+find_package(nlohmann_json REQUIRED)
+
+if(TQSTOREKIT_TOOLS)
+  find_package(CLI11 REQUIRED)
+endif()
+if(TQSTOREKIT_TESTS)
+  find_package(GTest REQUIRED)
+endif()
+if(TQSTOREKIT_BENCHMARKS)
+  find_package(benchmark REQUIRED)
+endif()

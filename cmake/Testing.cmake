@@ -1,0 +1,16 @@
+# tqstorekit_tests(NAME [LABELS label...] SOURCES file...)
+#
+# One test program. ctest runs each of its tests in a process of its own, so that a test may use what
+# exists once in a process: the shared instance, the embedded store, the main queue.
+include(GoogleTest)
+
+function(tqstorekit_tests name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LABELS")
+  add_executable(${name} ${arg_SOURCES})
+  target_compile_definitions(${name} PRIVATE TQSTOREKIT_TEST_DATA="${PROJECT_SOURCE_DIR}/tests")
+  target_link_libraries(${name} PRIVATE
+    TQStoreKitLib::TQStoreKitLib GTest::gmock_main GTest::gtest tqstorekit_settings)
+  gtest_discover_tests(${name}
+    DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT 60 LABELS "${arg_LABELS}")
+endfunction()

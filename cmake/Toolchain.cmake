@@ -1,0 +1,28 @@
+# Compiler settings of our own targets. They hang on a private interface target and are never exported.
+
+add_library(tqstorekit_settings INTERFACE)
+target_compile_features(tqstorekit_settings INTERFACE cxx_std_20)
+target_compile_options(tqstorekit_settings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wswitch -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
+  $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wglobal-constructors>
+  $<$<BOOL:${TQSTOREKIT_WARNINGS_AS_ERRORS}>:-Werror>)
+
+if(TQSTOREKIT_SANITIZER STREQUAL "address")
+  set(sanitizer -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+elseif(TQSTOREKIT_SANITIZER STREQUAL "thread")
+  set(sanitizer -fsanitize=thread -fno-omit-frame-pointer)
+elseif(TQSTOREKIT_SANITIZER)
+  message(FATAL_ERROR "TQSTOREKIT_SANITIZER is '${TQSTOREKIT_SANITIZER}'; use 'address', 'thread' or nothing")
+endif()
+if(sanitizer)
+  include(CheckCXXSourceCompiles)
+  set(CMAKE_REQUIRED_FLAGS "${sanitizer}")
+  string(REPLACE ";" " " CMAKE_REQUIRED_FLAGS "${CMAKE_REQUIRED_FLAGS}")
+  check_cxx_source_compiles("int main() { return 0; }" TQSTOREKIT_SANITIZER_WORKS_${TQSTOREKIT_SANITIZER})
+  unset(CMAKE_REQUIRED_FLAGS)
+  if(NOT TQSTOREKIT_SANITIZER_WORKS_${TQSTOREKIT_SANITIZER})
+    message(FATAL_ERROR "This compiler has no '${TQSTOREKIT_SANITIZER}' sanitizer")
+  endif()
+  target_compile_options(tqstorekit_settings INTERFACE ${sanitizer})
+  target_link_options(tqstorekit_settings INTERFACE ${sanitizer})
+endif()

@@ -1,0 +1,94 @@
+#include "platform/embedded/store/Catalogue.hpp"
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+#include "platform/embedded/store/Localization.hpp"
+#include "platform/embedded/store/Storefront.hpp"
+
+namespace StoreKit {
+
+namespace {
+
+// What makes two products one: the configuration that they come from, and the identifier.
+class CatalogueKey final : public Foundation::NativeObject {
+ public:
+  CatalogueKey(std::uint64_t origin, std::string productIdentifier)
+      : origin_(origin), productIdentifier_(std::move(productIdentifier)) {}
+
+  bool isEqual(const NativeObject& other) const override {
+    const auto* key = dynamic_cast<const CatalogueKey*>(&other);
+    return key && key->origin_ == origin_ && key->productIdentifier_ == productIdentifier_;
+  }
+  std::size_t hash() const override { return std::hash<std::string>{}(productIdentifier_); }
+
+ private:
+  std::uint64_t origin_;
+  std::string productIdentifier_;
+};
+
+SKProductDiscount makeDiscount(const StoreConfiguration::Offer& offer, SKProductDiscountType type,
+                               const Foundation::Locale& locale) {
+  SKProductDiscount discount;
+  discount.price = offer.displayPrice;
+  discount.priceLocale = locale;
+  discount.subscriptionPeriod = offer.subscriptionPeriod;
+  discount.numberOfPeriods = offer.numberOfPeriods;
+  discount.paymentMode = offer.paymentMode;
+  discount.type = type;
+  if (type == SKProductDiscountType::subscription) discount.identifier = offer.offerID;
+  return discount;
+}
+
+void addSubscription(SKProduct::Values& values,
+                     const StoreConfiguration::Subscription& subscription) {
+  values.subscriptionPeriod = subscription.recurringPeriod;
+  values.subscriptionGroupIdentifier = subscription.groupID;
+  if (subscription.introductoryOffer) {
+    values.introductoryPrice = makeDiscount(
+        *subscription.introductoryOffer, SKProductDiscountType::introductory, values.priceLocale);
+  }
+  for (const auto& offer : subscription.adHocOffers) {
+    values.discounts.push_back(
+        makeDiscount(offer, SKProductDiscountType::subscription, values.priceLocale));
+  }
+}
+
+SKProduct::Values makeValues(const StoreConfiguration::Product& product, const std::string& locale,
+                             const Foundation::Locale& pricesIn) {
+  SKProduct::Values values;
+  values.productIdentifier = product.productID;
+  if (const auto* text = chooseLocalization(product.localizations, locale)) {
+    values.localizedTitle = text->displayName;
+    values.localizedDescription = text->description;
+  }
+  values.price = product.displayPrice;
+  values.priceLocale = pricesIn;
+  values.isFamilyShareable = product.familyShareable;
+  if (product.subscription) addSubscription(values, *product.subscription);
+  return values;
+}
+
+}  // namespace
+
+Catalogue::Catalogue(const StoreConfiguration& configuration, const std::string& locale,
+                     const std::string& storefront, std::uint64_t origin) {
+  const auto pricesIn = priceLocale(locale, storefront);
+  for (const auto& product : configuration.products) {
+    entries_.push_back(
+        {product.type, std::make_shared<const SKProduct>(
+                           makeValues(product, locale, pricesIn),
+                           std::make_shared<const CatalogueKey>(origin, product.productID))});
+  }
+}
+
+const CatalogueEntry* Catalogue::find(std::string_view productIdentifier) const {
+  const auto found =
+      std::find_if(entries_.begin(), entries_.end(), [&](const CatalogueEntry& entry) {
+        return entry.product->productIdentifier() == productIdentifier;
+      });
+  return found == entries_.end() ? nullptr : &*found;
+}
+
+}  // namespace StoreKit

@@ -1,0 +1,55 @@
+#include "platform/embedded/store/EmbeddedStore.hpp"
+
+#include <cstdlib>
+#include <utility>
+
+#include "platform/Foundation/Print.hpp"
+#include "platform/StoreKit/SKError.hpp"
+#include "platform/embedded/store/MemoryLedger.hpp"
+
+namespace StoreKit {
+
+EmbeddedStore& EmbeddedStore::unopened() {
+  static auto& store = *new EmbeddedStore;
+  return store;
+}
+
+EmbeddedStore& EmbeddedStore::current() {
+  auto& store = unopened();
+  if (store.openings_ == 0) store.openFromEnvironment();
+  return store;
+}
+
+void EmbeddedStore::open(const StoreConfiguration& configuration, std::unique_ptr<Ledger> ledger,
+                         StoreSources sources) {
+  const auto& settings = configuration.settings;
+  ++openings_;
+  catalogue_ = Catalogue(configuration, settings.locale, settings.storefront, openings_);
+  ledger_ = std::move(ledger);
+  sources_ = std::move(sources);
+  scenario_ = Scenario();
+  if (settings.failTransactionsEnabled) {
+    scenario_.everyPurchaseFails =
+        SKError(static_cast<SKError::Code>(settings.failureError)).nsError();
+  }
+  queue_.restart();
+}
+
+void EmbeddedStore::openFromEnvironment() {
+  StoreConfiguration configuration;
+  const char* const path = std::getenv("TQSTORE_CONFIG");
+  if (path == nullptr || *path == '\0') {
+    Foundation::warn("No store was opened and TQSTORE_CONFIG is not set: the store is empty.");
+  } else {
+    auto reading = readConfiguration(path);
+    for (const auto& problem : reading.problems) Foundation::warn(problem.description());
+    Foundation::warn(reading.configuration
+                         ? "No store was opened: using TQSTORE_CONFIG, " + std::string(path) + "."
+                         : "No store was opened and TQSTORE_CONFIG cannot be used: the store is "
+                           "empty.");
+    if (reading.configuration) configuration = std::move(*reading.configuration);
+  }
+  open(configuration, std::make_unique<MemoryLedger>(), {});
+}
+
+}  // namespace StoreKit

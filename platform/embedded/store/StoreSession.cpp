@@ -1,0 +1,63 @@
+#include "platform/embedded/store/StoreSession.hpp"
+
+#include <utility>
+
+#include "platform/embedded/store/MemoryLedger.hpp"
+
+namespace StoreKit {
+
+namespace {
+
+Scenario& scenario() {
+  return EmbeddedStore::current().scenario();
+}
+
+}  // namespace
+
+StoreSession::Opening StoreSession::open(const std::string& path, StoreSources sources) {
+  auto reading = readConfiguration(path);
+  Opening opening;
+  opening.problems = std::move(reading.problems);
+  if (reading.configuration) {
+    opening.session = std::make_unique<StoreSession>(*reading.configuration, std::move(sources));
+  }
+  return opening;
+}
+
+StoreSession::StoreSession(const StoreConfiguration& configuration, StoreSources sources,
+                           std::unique_ptr<Ledger> ledger) {
+  if (!ledger) ledger = std::make_unique<MemoryLedger>();
+  EmbeddedStore::unopened().open(configuration, std::move(ledger), std::move(sources));
+}
+
+const Catalogue& StoreSession::catalogue() const {
+  return EmbeddedStore::current().catalogue();
+}
+
+void StoreSession::failPurchases(SKError::Code code, std::size_t count) {
+  auto& failures = scenario().purchaseFailures;
+  failures.insert(failures.end(), count, SKError(code).nsError());
+}
+
+void StoreSession::cancelPurchases(std::size_t count) {
+  failPurchases(SKError::Code::paymentCancelled, count);
+}
+
+void StoreSession::failProductsRequests(const Foundation::NSError& error, std::size_t count) {
+  auto& failures = scenario().productsFailures;
+  failures.insert(failures.end(), count, error);
+}
+
+void StoreSession::setCanMakePayments(bool allowed) {
+  scenario().canMakePayments = allowed;
+}
+
+void StoreSession::setAnswersProductsInBackground(bool background) {
+  scenario().answersProductsInBackground = background;
+}
+
+void StoreSession::relaunch() {
+  EmbeddedStore::current().queue().restart();
+}
+
+}  // namespace StoreKit

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/Foundation/NSError.hpp"
+#include "platform/StoreKit/SKError.hpp"
+#include "platform/embedded/store/Catalogue.hpp"
+#include "platform/embedded/store/EmbeddedStore.hpp"
+#include "platform/embedded/store/StoreConfiguration.hpp"
+
+namespace StoreKit {
+
+/// Opens the embedded store and makes it behave: succeed, fail, cancel, come back after a restart.
+///
+///     auto opening = StoreSession::open("shop.storekit");
+///     if (!opening.session) return complain(opening.problems);
+///     opening.session->cancelPurchases();  // the next one
+///
+/// There is one store in a process; opening another replaces it, and earlier sessions control
+/// the new one. Destroying a session closes nothing.
+/// Thread: main.
+class StoreSession {
+ public:
+  struct Opening {
+    /// Null when the configuration was refused; the store that was open before is then untouched.
+    std::unique_ptr<StoreSession> session;
+    /// Everything that is odd about the file, in its order.
+    std::vector<ConfigurationProblem> problems;
+  };
+
+  /// Opens the configuration file `path`, with a ledger in memory.
+  [[nodiscard]] static Opening open(const std::string& path, StoreSources sources = {});
+
+  /// Opens a configuration that is there already. `ledger` keeps the transactions; without one they
+  /// last as long as the process.
+  explicit StoreSession(const StoreConfiguration& configuration, StoreSources sources = {},
+                        std::unique_ptr<Ledger> ledger = nullptr);
+
+  /// What the store sells, in the order of the configuration. Valid until another store is opened.
+  [[nodiscard]] const Catalogue& catalogue() const;
+
+  /// The next `count` purchases fail with this store error.
+  void failPurchases(SKError::Code code, std::size_t count = 1);
+
+  /// The user cancels the next `count` purchases.
+  void cancelPurchases(std::size_t count = 1);
+
+  /// The next `count` products requests fail with `error`.
+  void failProductsRequests(const Foundation::NSError& error, std::size_t count = 1);
+
+  /// False: the user or the device may not pay, and every purchase fails. Default true.
+  void setCanMakePayments(bool allowed);
+
+  /// True: products requests are answered on a thread of their own. Default false.
+  void setAnswersProductsInBackground(bool background);
+
+  /// What the application sees when it is ended and started again: purchases that had not begun
+  /// are gone, those that had begun are carried on, and everything unfinished is delivered anew,
+  /// as new objects. Observers stay.
+  void relaunch();
+};
+
+}  // namespace StoreKit

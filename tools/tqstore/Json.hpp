@@ -1,0 +1,20 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "platform/embedded/store/Catalogue.hpp"
+
+namespace tqstore {
+
+/// JSON objects keep their fields in the order in which they are written here.
+using Json = nlohmann::ordered_json;
+
+/// One line of JSON on standard output. Text that is not UTF-8 is replaced, never an error.
+void writeJson(const Json& value);
+
+[[nodiscard]] Json toJson(const StoreKit::CatalogueEntry& entry);
+
+/// The words of a configuration's types for a person and a program alike: "Consumable" and so on.
+[[nodiscard]] std::string unitName(StoreKit::SKProductPeriodUnit unit);
+
+}  // namespace tqstore
