@@ -1,0 +1,20 @@
+# Installation: the library, the platform it was built for, their headers, and a CMake package.
+include(CMakePackageConfigHelpers)
+include(GNUInstallDirs)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/TQStoreKitLib)
+
+install(TARGETS TQStoreKitLib Platform EmbeddedPlatform EXPORT TQStoreKitLibTargets)
+install(DIRECTORY TQStoreKitLib platform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+  FILES_MATCHING PATTERN "*.hpp"
+  PATTERN "configuration" EXCLUDE)
+install(EXPORT TQStoreKitLibTargets NAMESPACE TQStoreKitLib:: DESTINATION ${package_dir})
+
+configure_package_config_file(cmake/TQStoreKitLibConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/TQStoreKitLibConfig.cmake INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/TQStoreKitLibConfigVersion.cmake
+  COMPATIBILITY SameMinorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/TQStoreKitLibConfig.cmake
+  ${PROJECT_BINARY_DIR}/TQStoreKitLibConfigVersion.cmake
+  DESTINATION ${package_dir})

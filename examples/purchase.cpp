@@ -14,9 +14,7 @@ using namespace TQStoreKitLib;
 
 namespace {
 
-void say(const std::string& text) {
-  std::printf("%s\n", text.c_str());
-}
+void say(const std::string& text) { std::printf("%s\n", text.c_str()); }
 
 std::string priceOf(const StoreKit::SKProduct& product) {
   return product.price().toString() + " " + product.priceLocale().currencyCode().value_or("");

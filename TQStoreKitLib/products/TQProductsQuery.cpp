@@ -29,16 +29,10 @@ TQProductsQuery::TQProductsQuery(detail::LibraryOnly, const TQProductIdentifiers
                                  TQProductsCallback callback)
     : done_(std::move(callback)), productsRequest_(productIds) {}
 
-TQProductsQuery::~TQProductsQuery() {
-  productsRequest_.setDelegate({});
-}
+TQProductsQuery::~TQProductsQuery() { productsRequest_.setDelegate({}); }
 
-void TQProductsQuery::start() {
-  productsRequest_.start();
-}
-void TQProductsQuery::cancel() {
-  productsRequest_.cancel();
-}
+void TQProductsQuery::start() { productsRequest_.start(); }
+void TQProductsQuery::cancel() { productsRequest_.cancel(); }
 
 void TQProductsQuery::productsRequestDidReceiveResponse(
     const StoreKit::SKProductsResponse& response) {

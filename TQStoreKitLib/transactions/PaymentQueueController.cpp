@@ -57,13 +57,9 @@ PaymentQueueController::PaymentQueueController(
   paymentQueue_.add(*this);
 }
 
-PaymentQueueController::PaymentQueueController() : paymentQueue_(noQueue()) {
-  std::abort();
-}
+PaymentQueueController::PaymentQueueController() : paymentQueue_(noQueue()) { std::abort(); }
 
-PaymentQueueController::~PaymentQueueController() {
-  paymentQueue_.remove(*this);
-}
+PaymentQueueController::~PaymentQueueController() { paymentQueue_.remove(*this); }
 
 void PaymentQueueController::startPayment(TQPayment payment) {
   const auto payments = paymentsController_;
@@ -121,8 +117,8 @@ void PaymentQueueController::paymentQueueUpdatedTransactions(
   const auto complete = completeTransactionsController_;
   TQPaymentQueue& queue = paymentQueue_;
   auto rest = payments->processTransactions(transactions, queue);
-  rest = restore->processTransactions(std::move(rest), queue);
-  rest = complete->processTransactions(std::move(rest), queue);
+  rest = restore->processTransactions(rest, queue);
+  rest = complete->processTransactions(rest, queue);
   if (!rest.empty()) printUnhandled(rest);
 }
 

@@ -37,7 +37,7 @@ void TQCompleteTransactionsController::registerCompletion(
 }
 
 StoreKit::SKPaymentTransactions TQCompleteTransactionsController::processTransactions(
-    StoreKit::SKPaymentTransactions transactions, TQPaymentQueue& paymentQueue) {
+    const StoreKit::SKPaymentTransactions& transactions, TQPaymentQueue& paymentQueue) {
   if (!completeTransactions_) {
     Foundation::print(
         "TQStoreKit.completeTransactions() should be called once when the app launches.");

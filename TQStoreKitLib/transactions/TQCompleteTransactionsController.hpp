@@ -43,7 +43,7 @@ class TQCompleteTransactionsController final
   /// Order: per transaction, a line is printed and it is finished (when the registration is atomic;
   /// a failed one always); after all of them, the callback, unless nothing was taken.
   [[nodiscard]] StoreKit::SKPaymentTransactions processTransactions(
-      StoreKit::SKPaymentTransactions transactions, TQPaymentQueue& paymentQueue) override;
+      const StoreKit::SKPaymentTransactions& transactions, TQPaymentQueue& paymentQueue) override;
 
  private:
   std::optional<TQCompleteTransactions> completeTransactions_;

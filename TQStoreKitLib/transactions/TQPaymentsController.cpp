@@ -11,12 +11,11 @@ namespace {
 
 using State = StoreKit::SKPaymentTransactionState;
 
-TQTransactionResult purchasedResult(const TQPayment& payment,
+TQTransactionResult purchasedResult(const TQPayment& payment, const StoreKit::SKPayment& sold,
                                     const StoreKit::SKPaymentTransactionPtr& transaction) {
-  const auto sold = transaction->payment();
   return TQTransactionResult::purchased(
-      {.productId = sold->productIdentifier(),
-       .quantity = sold->quantity(),
+      {.productId = sold.productIdentifier(),
+       .quantity = sold.quantity(),
        .product = payment.product,
        .transaction = paymentTransaction(transaction),
        .originalTransaction = paymentTransaction(transaction->originalTransaction()),
@@ -59,11 +58,11 @@ std::optional<std::size_t> TQPaymentsController::findPaymentIndex(
 }
 
 StoreKit::SKPaymentTransactions TQPaymentsController::processTransactions(
-    StoreKit::SKPaymentTransactions transactions, TQPaymentQueue& paymentQueue) {
+    const StoreKit::SKPaymentTransactions& transactions, TQPaymentQueue& paymentQueue) {
   const auto keepAlive = weak_from_this().lock();
   StoreKit::SKPaymentTransactions unhandled;
   for (const auto& transaction : transactions) {
-    if (!processTransaction(transaction, paymentQueue)) unhandled.push_back(transaction);
+    if (!resolve(transaction, paymentQueue)) unhandled.push_back(transaction);
   }
   return unhandled;
 }
@@ -71,7 +70,13 @@ StoreKit::SKPaymentTransactions TQPaymentsController::processTransactions(
 bool TQPaymentsController::processTransaction(const StoreKit::SKPaymentTransactionPtr& transaction,
                                               TQPaymentQueue& paymentQueue) {
   const auto keepAlive = weak_from_this().lock();
-  const auto productId = transaction->payment()->productIdentifier();
+  return resolve(transaction, paymentQueue);
+}
+
+bool TQPaymentsController::resolve(const StoreKit::SKPaymentTransactionPtr& transaction,
+                                   TQPaymentQueue& paymentQueue) {
+  const auto sold = transaction->payment();
+  const auto& productId = sold->productIdentifier();
   const auto index = findPaymentIndex(productId);
   const auto state = transaction->transactionState();
   if (!index || !resolves(state)) return false;
@@ -83,7 +88,7 @@ bool TQPaymentsController::processTransaction(const StoreKit::SKPaymentTransacti
     Foundation::print("Unexpected restored transaction for payment " + productId);
   }
   const auto result = state == State::failed ? failedResult(payment, *transaction)
-                                             : purchasedResult(payment, transaction);
+                                             : purchasedResult(payment, *sold, transaction);
   if (payment.callback) payment.callback(result);
   if (payment.atomically || state == State::failed) paymentQueue.finishTransaction(transaction);
   remove(entry.serial);

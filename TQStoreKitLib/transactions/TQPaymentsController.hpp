@@ -33,7 +33,7 @@ class TQPaymentsController final : public TQTransactionController,
 
   /// `processTransaction` for each, in order; returns those that it did not handle, in order.
   [[nodiscard]] StoreKit::SKPaymentTransactions processTransactions(
-      StoreKit::SKPaymentTransactions transactions, TQPaymentQueue& paymentQueue) override;
+      const StoreKit::SKPaymentTransactions& transactions, TQPaymentQueue& paymentQueue) override;
 
   /// Resolves the first waiting purchase of the transaction's product, when the transaction is
   /// purchased, failed or restored. Order: the purchase's callback runs, the transaction is
@@ -50,6 +50,8 @@ class TQPaymentsController final : public TQTransactionController,
     std::shared_ptr<const TQPayment> payment;
   };
 
+  // `processTransaction`, for a caller that keeps this object alive.
+  bool resolve(const StoreKit::SKPaymentTransactionPtr& transaction, TQPaymentQueue& paymentQueue);
   void remove(std::uint64_t serial);
 
   std::vector<Waiting> waiting_;

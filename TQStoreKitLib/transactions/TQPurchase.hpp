@@ -13,27 +13,27 @@ namespace TQStoreKitLib {
 /// Read `transaction->transactionState()` before granting anything: the launch-time completion
 /// delivers failed and deferred transactions too.
 struct TQPurchase {
-  std::string productId;
+  std::string productId{};
   std::int64_t quantity = 0;
   /// Never null.
-  TQPaymentTransactionPtr transaction;
+  TQPaymentTransactionPtr transaction{};
   /// The purchase that this one repeats; null when the platform gives none.
-  TQPaymentTransactionPtr originalTransaction;
+  TQPaymentTransactionPtr originalTransaction{};
   /// True when the application must call `TQStoreKit::finishTransaction` once it has delivered.
   bool needsFinishTransaction = false;
 };
 
 /// A purchase that succeeded.
 struct TQPurchaseDetails {
-  std::string productId;
+  std::string productId{};
   /// What the store sold, which is what counts, also when the application asked for another number.
   std::int64_t quantity = 0;
   /// The product that the application bought; never null.
-  StoreKit::SKProductPtr product;
+  StoreKit::SKProductPtr product{};
   /// Never null.
-  TQPaymentTransactionPtr transaction;
+  TQPaymentTransactionPtr transaction{};
   /// Null when the platform gives none.
-  TQPaymentTransactionPtr originalTransaction;
+  TQPaymentTransactionPtr originalTransaction{};
   /// True when the application must call `TQStoreKit::finishTransaction` once it has delivered: the
   /// opposite of the purchase's `atomically`.
   bool needsFinishTransaction = false;

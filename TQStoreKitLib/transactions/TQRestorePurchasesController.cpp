@@ -25,7 +25,7 @@ void TQRestorePurchasesController::begin(TQRestorePurchases restorePurchases) {
 }
 
 StoreKit::SKPaymentTransactions TQRestorePurchasesController::processTransactions(
-    StoreKit::SKPaymentTransactions transactions, TQPaymentQueue& paymentQueue) {
+    const StoreKit::SKPaymentTransactions& transactions, TQPaymentQueue& paymentQueue) {
   if (!restorePurchases_) return transactions;
   const auto keepAlive = weak_from_this().lock();
   const bool atomically = restorePurchases_->atomically;
@@ -51,9 +51,7 @@ void TQRestorePurchasesController::restoreCompletedTransactionsFailed(
   end();
 }
 
-void TQRestorePurchasesController::restoreCompletedTransactionsFinished() {
-  end();
-}
+void TQRestorePurchasesController::restoreCompletedTransactionsFinished() { end(); }
 
 void TQRestorePurchasesController::end() {
   if (!restorePurchases_) {

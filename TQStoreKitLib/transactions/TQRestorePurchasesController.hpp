@@ -50,7 +50,7 @@ class TQRestorePurchasesController final
   /// Takes the restored transactions while a restore is under way: each is finished when the
   /// restore is atomic, then recorded. Returns all others; when idle, all of them.
   [[nodiscard]] StoreKit::SKPaymentTransactions processTransactions(
-      StoreKit::SKPaymentTransactions transactions, TQPaymentQueue& paymentQueue) override;
+      const StoreKit::SKPaymentTransactions& transactions, TQPaymentQueue& paymentQueue) override;
 
   /// The restore failed: its callback gets what was gathered, and the failure as the last element;
   /// then the controller is idle. When idle already, it prints so and does nothing.

@@ -35,15 +35,11 @@ TQStoreKitInstance& instance() {
   return TQStoreKitInstance::shared();
 }
 
-PaymentQueueController& controller() {
-  return instance().paymentQueueController();
-}
+PaymentQueueController& controller() { return instance().paymentQueueController(); }
 
 }  // namespace
 
-bool TQStoreKit::canMakePayments() {
-  return StoreKit::SKPaymentQueue::canMakePayments();
-}
+bool TQStoreKit::canMakePayments() { return StoreKit::SKPaymentQueue::canMakePayments(); }
 
 void TQStoreKit::fetchProductsInfo(const TQProductIdentifiers& productIds,
                                    TQProductsCallback completion) {
@@ -73,18 +69,10 @@ void TQStoreKit::finishTransaction(const TQPaymentTransaction& transaction) {
   controller().finishTransaction(transaction);
 }
 
-void TQStoreKit::start(const StoreKit::SKDownloads& downloads) {
-  controller().start(downloads);
-}
-void TQStoreKit::pause(const StoreKit::SKDownloads& downloads) {
-  controller().pause(downloads);
-}
-void TQStoreKit::resume(const StoreKit::SKDownloads& downloads) {
-  controller().resume(downloads);
-}
-void TQStoreKit::cancel(const StoreKit::SKDownloads& downloads) {
-  controller().cancel(downloads);
-}
+void TQStoreKit::start(const StoreKit::SKDownloads& downloads) { controller().start(downloads); }
+void TQStoreKit::pause(const StoreKit::SKDownloads& downloads) { controller().pause(downloads); }
+void TQStoreKit::resume(const StoreKit::SKDownloads& downloads) { controller().resume(downloads); }
+void TQStoreKit::cancel(const StoreKit::SKDownloads& downloads) { controller().cancel(downloads); }
 
 void TQStoreKit::setShouldAddStorePaymentHandler(ShouldAddStorePaymentHandler handler) {
   auto& target = controller().shouldAddStorePaymentHandler;

@@ -36,7 +36,7 @@ void startPurchase(PaymentQueueController& controller, const StoreKit::SKProduct
 
 // Why there is nothing to buy.
 SKError missingProductError(const TQProductsResponse& response) {
-  if (response.error()) return SKError(*response.error());
+  if (const auto& error = response.error()) return SKError(*error);
   if (!response.invalidIDs().empty()) {
     return {SKError::Code::paymentInvalid, "Invalid product id: " + *response.invalidIDs().begin()};
   }

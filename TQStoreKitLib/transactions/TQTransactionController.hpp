@@ -17,9 +17,9 @@ class TQTransactionController {
 
   /// Takes the transactions that belong to it and returns the others, in the order received.
   ///
-  /// Runs callbacks, which may do anything, except destroy `paymentQueue`.
+  /// Runs callbacks, which may do anything, except destroy `transactions` or `paymentQueue`.
   [[nodiscard]] virtual StoreKit::SKPaymentTransactions processTransactions(
-      StoreKit::SKPaymentTransactions transactions, TQPaymentQueue& paymentQueue) = 0;
+      const StoreKit::SKPaymentTransactions& transactions, TQPaymentQueue& paymentQueue) = 0;
 };
 
 }  // namespace TQStoreKitLib

@@ -7,9 +7,7 @@ namespace Foundation {
 
 namespace {
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Takes the digits at the front of `rest` away and returns them.
 std::string_view takeDigits(std::string_view& rest) {
@@ -41,9 +39,7 @@ std::optional<long> readExponent(std::string_view rest) {
 
 }  // namespace
 
-Decimal::Decimal(int value) {
-  *this = *fromString(std::to_string(value));
-}
+Decimal::Decimal(int value) : Decimal(fromString(std::to_string(value)).value_or(Decimal())) {}
 
 std::optional<Decimal> Decimal::normalised(bool negative, std::string digits, long exponent) {
   const auto first = digits.find_first_not_of('0');
@@ -97,9 +93,7 @@ std::string Decimal::toString() const {
   return text.append(digits_, whole);
 }
 
-std::size_t Decimal::hash() const {
-  return std::hash<std::string>{}(toString());
-}
+std::size_t Decimal::hash() const { return std::hash<std::string>{}(toString()); }
 
 int Decimal::compareMagnitude(const Decimal& a, const Decimal& b) {
   if (a.isZero() || b.isZero()) return int(b.isZero()) - int(a.isZero());

@@ -22,15 +22,9 @@ NSError NSError::withDescription(std::string domain, std::int64_t code, std::str
   return {std::move(domain), code, std::move(userInfo)};
 }
 
-const std::string& NSError::domain() const {
-  return contents_->domain;
-}
-std::int64_t NSError::code() const {
-  return contents_->code;
-}
-const NSError::UserInfo& NSError::userInfo() const {
-  return contents_->userInfo;
-}
+const std::string& NSError::domain() const { return contents_->domain; }
+std::int64_t NSError::code() const { return contents_->code; }
+const NSError::UserInfo& NSError::userInfo() const { return contents_->userInfo; }
 
 std::string NSError::localizedDescription() const {
   const auto entry = contents_->userInfo.find(NSLocalizedDescriptionKey);
@@ -48,8 +42,6 @@ std::optional<NSError> NSError::underlyingError() const {
   return error ? std::optional<NSError>(*error) : std::nullopt;
 }
 
-const std::shared_ptr<const NativeObject>& NSError::native() const {
-  return contents_->native;
-}
+const std::shared_ptr<const NativeObject>& NSError::native() const { return contents_->native; }
 
 }  // namespace Foundation

@@ -48,9 +48,7 @@ void setPrintHandler(PrintHandler handler) {
   printer().handler.swap(replacement);
 }
 
-void warn(std::string_view message) {
-  writeLine(stderr, message);
-}
+void warn(std::string_view message) { writeLine(stderr, message); }
 
 void fatalError(std::string_view message) {
   writeLine(stderr, "Fatal error: " + std::string(message));

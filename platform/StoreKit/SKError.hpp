@@ -44,7 +44,7 @@ class SKError {
     paymentMethodBindingConfigurationRequired = 21,
   };
 
-  explicit SKError(Foundation::NSError error) : error_(std::move(error)) {}
+  explicit SKError(const Foundation::NSError& error) : error_(error) {}
 
   /// A store error with this code and no user info.
   explicit SKError(Code code)

@@ -38,13 +38,9 @@ const char* escape(Style style) {
 
 }  // namespace
 
-void writeLine(std::string_view line) {
-  write(stdout, line);
-}
+void writeLine(std::string_view line) { write(stdout, line); }
 
-void complain(std::string_view message) {
-  write(stderr, "tqstore: " + std::string(message));
-}
+void complain(std::string_view message) { write(stderr, "tqstore: " + std::string(message)); }
 
 std::string styled(std::string_view text, Style style) {
   if (!hasColour()) return std::string(text);

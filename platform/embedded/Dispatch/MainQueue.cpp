@@ -161,27 +161,15 @@ MainQueue& mainQueue() {
   return queue;
 }
 
-void MainQueue::async(Block block) {
-  loop().push(std::move(block));
-}
-bool MainQueue::isCurrentThread() const {
-  return loop().isCurrentThread();
-}
+void MainQueue::async(Block block) { loop().push(std::move(block)); }
+bool MainQueue::isCurrentThread() const { return loop().isCurrentThread(); }
 
-std::size_t MainLoop::drain() {
-  return loop().drain();
-}
-void MainLoop::run() {
-  loop().runUntil(std::nullopt, "run");
-}
+std::size_t MainLoop::drain() { return loop().drain(); }
+void MainLoop::run() { loop().runUntil(std::nullopt, "run"); }
 void MainLoop::runFor(std::chrono::nanoseconds duration) {
   loop().runUntil(Clock::now() + duration, "runFor");
 }
-void MainLoop::stop() {
-  loop().stop();
-}
-int MainLoop::fileDescriptor() {
-  return loop().descriptor();
-}
+void MainLoop::stop() { loop().stop(); }
+int MainLoop::fileDescriptor() { return loop().descriptor(); }
 
 }  // namespace Dispatch

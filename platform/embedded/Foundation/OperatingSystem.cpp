@@ -15,9 +15,7 @@ constinit std::atomic<int> version = 17 * kMinorVersions;
 
 }  // namespace
 
-void setOperatingSystemVersion(int major, int minor) {
-  version = major * kMinorVersions + minor;
-}
+void setOperatingSystemVersion(int major, int minor) { version = major * kMinorVersions + minor; }
 
 bool isOperatingSystemAtLeast(int major, int minor) {
   return version >= major * kMinorVersions + minor;

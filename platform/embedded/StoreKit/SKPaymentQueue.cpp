@@ -36,9 +36,7 @@ void SKPaymentQueue::removeTransactionObserver(SKPaymentTransactionObserver& obs
   engine().removeObserver(observer);
 }
 
-void SKPaymentQueue::addPayment(const SKPayment& payment) {
-  engine().add(payment);
-}
+void SKPaymentQueue::addPayment(const SKPayment& payment) { engine().add(payment); }
 
 void SKPaymentQueue::finishTransaction(const SKPaymentTransactionPtr& transaction) {
   engine().finish(transaction);
@@ -56,8 +54,6 @@ void SKPaymentQueue::pauseDownloads(const SKDownloads&) {}
 void SKPaymentQueue::resumeDownloads(const SKDownloads&) {}
 void SKPaymentQueue::cancelDownloads(const SKDownloads&) {}
 
-SKPaymentTransactions SKPaymentQueue::transactions() const {
-  return engine().transactions();
-}
+SKPaymentTransactions SKPaymentQueue::transactions() const { return engine().transactions(); }
 
 }  // namespace StoreKit

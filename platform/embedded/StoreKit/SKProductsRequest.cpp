@@ -98,19 +98,13 @@ class SKProductsRequest::Implementation : public std::enable_shared_from_this<Im
 SKProductsRequest::SKProductsRequest(std::set<std::string> productIdentifiers)
     : implementation_(std::make_shared<Implementation>(std::move(productIdentifiers))) {}
 
-SKProductsRequest::~SKProductsRequest() {
-  implementation_->cancel();
-}
+SKProductsRequest::~SKProductsRequest() { implementation_->cancel(); }
 
 void SKProductsRequest::setDelegate(std::weak_ptr<SKProductsRequestDelegate> delegate) {
   implementation_->setDelegate(std::move(delegate));
 }
 
-void SKProductsRequest::start() {
-  implementation_->start();
-}
-void SKProductsRequest::cancel() {
-  implementation_->cancel();
-}
+void SKProductsRequest::start() { implementation_->start(); }
+void SKProductsRequest::cancel() { implementation_->cancel(); }
 
 }  // namespace StoreKit

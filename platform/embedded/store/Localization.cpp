@@ -27,9 +27,7 @@ std::string part(Part read, const std::string& locale) {
   return U_FAILURE(status) ? "" : text.data();
 }
 
-std::string language(const std::string& locale) {
-  return part(uloc_getLanguage, locale);
-}
+std::string language(const std::string& locale) { return part(uloc_getLanguage, locale); }
 
 // The script that is written, or that follows from the language and region: zh_TW is zh_Hant.
 std::string script(const std::string& locale) {

@@ -32,7 +32,7 @@ class ObserverList {
   /// more, one that is new is not called yet, also when it stands where an old one stood. This
   /// object must outlive the call.
   template <class Call>
-  void notify(Call call) const {
+  void notify(const Call& call) const {
     for (const auto& entry : std::vector(entries_)) {
       if (contains(entry.serial)) call(*entry.observer);
     }

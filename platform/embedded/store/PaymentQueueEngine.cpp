@@ -14,9 +14,7 @@ namespace {
 
 using State = SKPaymentTransactionState;
 
-bool isPurchasing(const LedgerEntry& entry) {
-  return entry.state == State::purchasing;
-}
+bool isPurchasing(const LedgerEntry& entry) { return entry.state == State::purchasing; }
 
 void warnNotCommitted(const char* consequence, const Foundation::NSError& error) {
   Foundation::warn("The ledger refused a change: " + error.localizedDescription() + " " +
@@ -144,7 +142,7 @@ void PaymentQueueEngine::removeFinished() {
   Transactions removed;
   std::vector<LedgerEntry> entries;
   for (const auto& transaction : unfinished_) {
-    if (wanted.count(transaction->entry().identifier) == 0) continue;
+    if (!wanted.contains(transaction->entry().identifier)) continue;
     removed.push_back(transaction);
     entries.push_back(transaction->entry());
     entries.back().finished = true;
@@ -218,9 +216,7 @@ std::vector<LedgerEntry> PaymentQueueEngine::restorable(
   return entries;
 }
 
-SKPaymentTransactions PaymentQueueEngine::transactions() const {
-  return asPlatform(unfinished_);
-}
+SKPaymentTransactions PaymentQueueEngine::transactions() const { return asPlatform(unfinished_); }
 
 PaymentQueueEngine::TransactionPtr PaymentQueueEngine::makeTransaction(LedgerEntry entry) const {
   const auto ledger = store_.openings();

@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "platform/embedded/store/ConfigurationReader.hpp"
+#include "platform/embedded/store/configuration/ConfigurationReader.hpp"
 
 namespace StoreKit {
 
@@ -31,9 +31,7 @@ class OpenFile {
   int descriptor_;
 };
 
-std::string lastSystemError() {
-  return std::generic_category().message(errno);
-}
+std::string lastSystemError() { return std::generic_category().message(errno); }
 
 // Why this is not a file to read from; empty when it is one.
 std::string reasonAgainst(const OpenFile& file) {

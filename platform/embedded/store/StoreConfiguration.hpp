@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,7 +14,12 @@
 namespace StoreKit {
 
 /// What kind of thing a product is.
-enum class ProductType { consumable, nonConsumable, nonRenewingSubscription, autoRenewableSubscription };
+enum class ProductType {
+  consumable,
+  nonConsumable,
+  nonRenewingSubscription,
+  autoRenewableSubscription
+};
 
 /// "Consumable", "NonConsumable", "NonRenewingSubscription" or "RecurringSubscription": the word of
 /// the configuration file.
@@ -33,7 +39,7 @@ struct StoreConfiguration {
 
   /// An offer that StoreKit 1 shows: the introductory one, or a promotional one.
   struct Offer {
-    std::string offerID;  ///< empty for an introductory offer
+    std::string offerID;               ///< empty for an introductory offer
     Foundation::Decimal displayPrice;  ///< 0 for a free one, whatever the file says
     SKProductDiscountPaymentMode paymentMode = SKProductDiscountPaymentMode::freeTrial;
     SKProductSubscriptionPeriod subscriptionPeriod;
@@ -87,8 +93,8 @@ struct ConfigurationProblem {
 
   Severity severity = Severity::error;
   std::string file;
-  /// Where in the file: a JSON pointer ("/products/0/displayPrice"), "line 12" where the text is not
-  /// JSON, or empty when it is the file as a whole.
+  /// Where in the file: a JSON pointer ("/products/0/displayPrice"), "line 12, column 5" where the
+  /// text is not JSON, or empty when it is the file as a whole.
   std::string place;
   std::string message;  ///< what is wrong there, and what follows from it
 
@@ -115,6 +121,7 @@ inline constexpr std::size_t kLargestConfigurationFile = std::size_t{64} << 20;
 [[nodiscard]] ConfigurationReading readConfiguration(const std::string& path);
 
 /// The same for a text that is already in memory; `name` stands for the file in messages.
-[[nodiscard]] ConfigurationReading parseConfiguration(std::string_view text, const std::string& name);
+[[nodiscard]] ConfigurationReading parseConfiguration(std::string_view text,
+                                                      const std::string& name);
 
 }  // namespace StoreKit

@@ -8,9 +8,7 @@ namespace StoreKit {
 
 namespace {
 
-Scenario& scenario() {
-  return EmbeddedStore::current().scenario();
-}
+Scenario& scenario() { return EmbeddedStore::current().scenario(); }
 
 }  // namespace
 
@@ -30,9 +28,7 @@ StoreSession::StoreSession(const StoreConfiguration& configuration, StoreSources
   EmbeddedStore::unopened().open(configuration, std::move(ledger), std::move(sources));
 }
 
-const Catalogue& StoreSession::catalogue() const {
-  return EmbeddedStore::current().catalogue();
-}
+const Catalogue& StoreSession::catalogue() const { return EmbeddedStore::current().catalogue(); }
 
 void StoreSession::failPurchases(SKError::Code code, std::size_t count) {
   auto& failures = scenario().purchaseFailures;
@@ -48,16 +44,12 @@ void StoreSession::failProductsRequests(const Foundation::NSError& error, std::s
   failures.insert(failures.end(), count, error);
 }
 
-void StoreSession::setCanMakePayments(bool allowed) {
-  scenario().canMakePayments = allowed;
-}
+void StoreSession::setCanMakePayments(bool allowed) { scenario().canMakePayments = allowed; }
 
 void StoreSession::setAnswersProductsInBackground(bool background) {
   scenario().answersProductsInBackground = background;
 }
 
-void StoreSession::relaunch() {
-  EmbeddedStore::current().queue().restart();
-}
+void StoreSession::relaunch() { EmbeddedStore::current().queue().restart(); }
 
 }  // namespace StoreKit

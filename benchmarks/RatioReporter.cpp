@@ -1,0 +1,39 @@
+#include "benchmarks/RatioReporter.hpp"
+
+#include <cstdio>
+#include <string_view>
+
+bool RatioReporter::ReportContext(const Context&) {
+  std::printf("%-52s %12s %12s %8s\n", "", "ours", "bare", "ratio");
+  return true;
+}
+
+void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
+  for (const auto& run : runs) {
+    if (run.error_occurred) std::printf("error: %s\n", run.error_message.c_str());
+    if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
+    rows_[{run.family_index, run.per_family_instance_index}] = {run.run_name.str(),
+                                                                run.GetAdjustedCPUTime()};
+  }
+}
+
+const RatioReporter::Row* RatioReporter::find(const std::string& name) const {
+  for (const auto& [place, row] : rows_) {
+    if (row.name == name) return &row;
+  }
+  return nullptr;
+}
+
+void RatioReporter::Finalize() {
+  constexpr std::string_view kOurs = "/ours";
+  for (const auto& [place, ours] : rows_) {
+    const auto at = ours.name.find(kOurs);
+    if (at == std::string::npos) continue;
+    auto subject = ours.name;
+    const auto* bare = find(std::string(subject).replace(at, kOurs.size(), "/bare"));
+    if (bare == nullptr) continue;
+    subject.erase(at, kOurs.size());
+    std::printf("%-52s %9.0f ns %9.0f ns %8.2f\n", subject.c_str(), ours.nanoseconds,
+                bare->nanoseconds, ours.nanoseconds / bare->nanoseconds);
+  }
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/embedded/store/StoreConfiguration.hpp"
+#include "platform/embedded/store/configuration/ConfigurationValue.hpp"
+
+namespace StoreKit::detail {
+
+/// A text of the file as a message shows it: in quotes, shortened, without control characters.
+[[nodiscard]] std::string quoted(std::string_view text);
+
+/// Collects what is odd about one configuration file while it is read.
+///
+/// Refers to the tree `root`, which must outlive it.
+class ConfigurationProblems {
+ public:
+  ConfigurationProblems(std::string file, const ConfigurationValue& root)
+      : file_(std::move(file)), root_(root) {}
+
+  void warn(const ConfigurationValue& at, std::string message);
+  /// Refuses the file.
+  void refuse(const ConfigurationValue& at, std::string message);
+
+  [[nodiscard]] bool refused() const { return refused_; }
+  [[nodiscard]] std::string pointer(const ConfigurationValue& at) const;
+
+  /// Everything in the order of the file, whatever the order it was found in; when the file is
+  /// refused, the reasons for that alone.
+  [[nodiscard]] std::vector<ConfigurationProblem> take();
+
+ private:
+  void add(ConfigurationProblem::Severity severity, const ConfigurationValue& at,
+           std::string message);
+
+  std::string file_;
+  const ConfigurationValue& root_;
+  std::multimap<std::uint32_t, ConfigurationProblem> found_;  // by the order of their values
+  bool refused_ = false;
+};
+
+}  // namespace StoreKit::detail

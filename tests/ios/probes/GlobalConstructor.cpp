@@ -1,0 +1,3 @@
+// device refuses: -Wglobal-constructors
+#include <string>
+std::string probe(100, ' ');

@@ -1,0 +1,98 @@
+#include <gtest/gtest.h>
+
+#include "tests/tools/ToolRun.hpp"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class BuyCommand : public testing::Test {
+ protected:
+  ToolRun buy(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), {"--config", shop_.path(), "--json", "buy"});
+    return runTool(arguments);
+  }
+
+  TemporaryFile shop_{shopConfiguration()};
+};
+
+TEST_F(BuyCommand, ShowsTheEventsAndThenTheResult) {
+  const auto run = buy({"gems"});
+
+  EXPECT_EQ(run.lines(),
+            (Lines{R"({"event":"purchase.begin","productIdentifier":"gems"})",
+                   R"({"event":"purchase.success","productIdentifier":"gems"})",
+                   R"({"result":"success","productIdentifier":"gems","quantity":1,)"
+                   R"("transactionIdentifier":"2000000001","needsFinishTransaction":false})"}));
+  EXPECT_EQ(run.exitStatus, 0);
+}
+
+TEST_F(BuyCommand, BuysTheQuantityThatIsAskedFor) {
+  EXPECT_EQ(buy({"gems", "--quantity", "3"}).json().back()["quantity"], 3);
+}
+
+TEST_F(BuyCommand, LeavesTheTransactionUnfinishedWhenTold) {
+  EXPECT_EQ(buy({"gems", "--no-finish"}).json().back()["needsFinishTransaction"], true);
+}
+
+TEST_F(BuyCommand, ACancelledPurchaseIsACancelEventAndAnErrorResult) {
+  const auto run = buy({"gems", "--cancel"});
+
+  EXPECT_EQ(run.lines(),
+            (Lines{R"({"event":"purchase.begin","productIdentifier":"gems"})",
+                   R"({"event":"purchase.cancel","productIdentifier":"gems"})",
+                   R"({"result":"error","message":"If you’ve purchased a Premium Subscription, )"
+                   R"(you may need to restore your subscription to continually enjoy the )"
+                   R"(Premium features"})"}));
+  EXPECT_EQ(run.exitStatus, 1);
+}
+
+TEST_F(BuyCommand, AFailedPurchaseIsAFailedEventAndAnErrorResult) {
+  const auto run = buy({"gems", "--fail", "5"});
+
+  EXPECT_EQ(run.lines(),
+            (Lines{R"({"event":"purchase.begin","productIdentifier":"gems"})",
+                   R"({"event":"purchase.failed","productIdentifier":"gems"})",
+                   R"({"result":"error","message":"The product is not available in the )"
+                   R"(current storefront"})"}));
+  EXPECT_EQ(run.exitStatus, 1);
+}
+
+TEST_F(BuyCommand, ACodeWithoutASentenceShowsThePlatformsDescription) {
+  EXPECT_EQ(buy({"gems", "--fail", "99"}).json().back()["message"],
+            "The operation couldn’t be completed. (SKErrorDomain error 99.)");
+}
+
+TEST_F(BuyCommand, AnUnknownProductHasItsResultBeforeTheEvent) {
+  const auto run = buy({"nope"});
+
+  EXPECT_EQ(run.lines(),
+            (Lines{R"({"result":"error","message":"The purchase identifier was invalid"})",
+                   R"({"event":"purchase.failed","productIdentifier":"nope"})"}));
+  EXPECT_EQ(run.exitStatus, 1);
+}
+
+TEST_F(BuyCommand, AQuantityThatTheStoreDoesNotSellFails) {
+  for (const char* quantity : {"0", "-1", "11"}) {
+    const auto run = buy({"gems", "--quantity", quantity});
+    EXPECT_EQ(run.json().back()["message"], "The purchase identifier was invalid") << quantity;
+    EXPECT_EQ(run.exitStatus, 1) << quantity;
+  }
+}
+
+TEST_F(BuyCommand, TheLibrarysOwnLinesGoToStandardErrorBesideJson) {
+  EXPECT_EQ(buy({"gems"}).errors,
+            "TQStoreKit.completeTransactions() should be called once when the app launches.\n");
+}
+
+TEST_F(BuyCommand, TellsAPersonWhatHappened) {
+  const auto run = runTool({"--config", shop_.path(), "buy", "gems"});
+
+  EXPECT_EQ(run.lines(),
+            (Lines{"event   purchase.begin  gems", "event   purchase.success  gems",
+                   "result  bought  1 x gems, transaction 2000000001, finished",
+                   "TQStoreKit.completeTransactions() should be called once when the app "
+                   "launches."}));
+}
+
+}  // namespace

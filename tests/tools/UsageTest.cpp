@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include "tests/tools/ToolRun.hpp"
+
+namespace {
+
+TEST(Usage, HelpNamesTheCommandsOnStandardOutput) {
+  const auto run = runTool({"--help"});
+
+  EXPECT_EQ(run.exitStatus, 0);
+  for (const char* word : {"products", "buy", "--config", "--json", "Exit status"}) {
+    EXPECT_NE(run.output.find(word), std::string::npos) << word;
+  }
+}
+
+TEST(Usage, EachCommandHasHelpOfItsOwn) {
+  EXPECT_NE(runTool({"buy", "--help"}).output.find("--quantity"), std::string::npos);
+  EXPECT_NE(runTool({"products", "--help"}).output.find("ID"), std::string::npos);
+}
+
+TEST(Usage, VersionIsOneLine) {
+  const auto run = runTool({"--version"});
+
+  EXPECT_EQ(run.exitStatus, 0);
+  EXPECT_EQ(run.output.rfind("tqstore ", 0), 0U);
+}
+
+TEST(Usage, WrongUsageExitsWithTwoAndSaysWhyOnStandardError) {
+  const std::vector<std::vector<std::string>> wrong = {
+      {},
+      {"sell"},
+      {"buy"},
+      {"--config", "x", "buy", "gems", "--quantity", "many"},
+      {"--config", "x", "buy", "gems", "--quantity", "99999999999999999999"},
+      {"--config", "x", "buy", "gems", "--fail", "2", "--cancel"},
+      {"--config", "x", "products", "--unknown"},
+  };
+  for (const auto& arguments : wrong) {
+    const auto run = runTool(arguments);
+    EXPECT_EQ(run.exitStatus, 2) << testing::PrintToString(arguments);
+    EXPECT_EQ(run.output, "") << testing::PrintToString(arguments);
+    EXPECT_NE(run.errors, "") << testing::PrintToString(arguments);
+  }
+}
+
+TEST(Usage, WithoutAConfigurationItSaysHowToNameOne) {
+  const auto run = runTool({"products"});
+
+  EXPECT_EQ(run.exitStatus, 2);
+  EXPECT_EQ(run.errors,
+            "tqstore: no configuration: name one with --config FILE or TQSTORE_CONFIG\n");
+}
+
+TEST(Usage, TheEnvironmentNamesTheConfiguration) {
+  const TemporaryFile shop(shopConfiguration());
+
+  EXPECT_EQ(runTool({"--json", "products", "gems"}, {"TQSTORE_CONFIG=" + shop.path()}).exitStatus,
+            0);
+}
+
+TEST(Usage, GlobalOptionsMayStandBehindTheCommand) {
+  const TemporaryFile shop(shopConfiguration());
+
+  EXPECT_EQ(runTool({"products", "gems", "--json", "--config", shop.path()}).json().size(), 1U);
+}
+
+}  // namespace
