@@ -31,7 +31,7 @@ void forEachCharacter(const std::string& text, Visit visit) {
   const auto length = static_cast<int32_t>(text.size());
   for (int32_t at = 0; at < length;) {
     UChar32 character = 0;
-    U8_NEXT(text.data(), at, length, character);
+    U8_NEXT(text.data(), at, length, character);  // NOLINT(bugprone-inc-dec-in-conditions): ICU's
     if (!visit(static_cast<std::size_t>(at), cells(std::max<UChar32>(character, 0)))) return;
   }
 }
@@ -97,6 +97,7 @@ void Table::writeRow(const std::vector<std::string>& row, const std::vector<int>
 void Table::write(int width) const {
   const auto fitted = widths(width);
   std::vector<std::string> titles;
+  titles.reserve(columns_.size());
   for (const auto& column : columns_) titles.push_back(column.title);
   writeRow(titles, fitted, true);
   for (const auto& row : rows_) writeRow(row, fitted, false);
