@@ -4,4 +4,6 @@
 /// TQStoreKitLib/transactions/TQStoreKit.hpp.
 
 #include "TQStoreKitLib/manager/TQStoreKitEvent.hpp"
+#include "TQStoreKitLib/manager/TQStoreKitManager.hpp"
+#include "TQStoreKitLib/products/ProductPricing.hpp"
 #include "TQStoreKitLib/transactions/TQStoreKit.hpp"

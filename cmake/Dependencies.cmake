@@ -2,7 +2,7 @@
 # (scripts/setup installs them); none of them is seen by the library's public headers.
 
 find_package(Threads REQUIRED)
-find_package(ICU REQUIRED COMPONENTS uc)
+find_package(ICU REQUIRED COMPONENTS i18n uc)
 find_package(nlohmann_json REQUIRED)
 
 if(TQSTOREKIT_TOOLS)

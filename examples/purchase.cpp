@@ -16,10 +16,6 @@ namespace {
 
 void say(const std::string& text) { std::printf("%s\n", text.c_str()); }
 
-std::string priceOf(const StoreKit::SKProduct& product) {
-  return product.price().toString() + " " + product.priceLocale().currencyCode().value_or("");
-}
-
 // Analytics, screens and the like listen here; they need not know who buys.
 Foundation::NotificationObservation listen() {
   return Foundation::NotificationCenter::defaultCenter().addObserver(
@@ -63,7 +59,7 @@ void fetchAndBuy(const std::string& productId) {
       return Dispatch::MainLoop::stop();
     }
     const auto& product = *response.valids().begin();
-    say("fetched:  " + product->localizedTitle() + ", " + priceOf(*product));
+    say("fetched:  " + product->localizedTitle() + ", " + regularPrice(*product).value_or("no price"));
     buy(product);
   });
 }

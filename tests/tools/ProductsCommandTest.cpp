@@ -33,15 +33,16 @@ TEST_F(ProductsCommand, ShowsEveryFieldOfASubscription) {
   const auto expected = Json::parse(R"({
     "productIdentifier": "club", "type": "RecurringSubscription",
     "localizedTitle": "", "localizedDescription": "",
-    "price": "29.99", "priceLocale": "en_US@currency=BRL", "currency": "BRL",
-    "subscriptionPeriod": {"unit": "year", "numberOfUnits": 1},
+    "price": "29.99", "priceText": "R$29.99",
+    "priceLocale": "en_US@currency=BRL", "currency": "BRL",
+    "subscriptionPeriod": {"unit": "year", "numberOfUnits": 1, "text": "1 year"},
     "subscriptionGroupIdentifier": "G1",
     "introductoryPrice": {"identifier": null, "type": "introductory", "price": "0",
-      "paymentMode": "freeTrial", "numberOfPeriods": 1,
-      "subscriptionPeriod": {"unit": "week", "numberOfUnits": 2}},
+      "priceText": "R$0.00", "paymentMode": "freeTrial", "numberOfPeriods": 1,
+      "subscriptionPeriod": {"unit": "week", "numberOfUnits": 2, "text": "2 weeks"}},
     "discounts": [{"identifier": "back", "type": "subscription", "price": "9.99",
-      "paymentMode": "payAsYouGo", "numberOfPeriods": 3,
-      "subscriptionPeriod": {"unit": "month", "numberOfUnits": 1}}],
+      "priceText": "R$9.99", "paymentMode": "payAsYouGo", "numberOfPeriods": 3,
+      "subscriptionPeriod": {"unit": "month", "numberOfUnits": 1, "text": "1 month"}}],
     "isFamilyShareable": false})");
   EXPECT_EQ(run.output, expected.dump() + "\n");
   EXPECT_EQ(run.exitStatus, 0);
@@ -77,8 +78,40 @@ TEST_F(ProductsCommand, ShowsAPersonPricesWithTheirCurrency) {
   const auto run = products();
 
   ASSERT_EQ(run.lines().size(), 5U);
-  EXPECT_NE(run.lines()[1].find("0.99 BRL"), std::string::npos);
-  EXPECT_NE(run.lines()[4].find("29.99 BRL  / year"), std::string::npos);
+  EXPECT_NE(run.lines()[1].find("R$0.99"), std::string::npos);
+  EXPECT_NE(run.lines()[4].find("R$29.99  1 year  R$0.00 for 2 weeks"), std::string::npos);
+}
+
+TEST_F(ProductsCommand, TheLocaleOptionReplacesTheConfigurationsForTextsAndPrices) {
+  const TemporaryFile file(R"({"products": [{"productID": "a", "type": "Consumable",
+    "displayPrice": "1234.5", "localizations": [
+      {"locale": "en_US", "displayName": "Map", "description": ""},
+      {"locale": "de", "displayName": "Karte", "description": ""}]}],
+    "settings": {"_locale": "en_US", "_storefront": "DEU"}})");
+
+  const auto run = runTool({"--config", file.path(), "--json", "--locale", "de_DE", "products"});
+
+  EXPECT_EQ(run.json().at(0)["localizedTitle"], "Karte");
+  EXPECT_EQ(run.json().at(0)["priceLocale"], "de_DE@currency=EUR");
+  EXPECT_EQ(run.json().at(0)["priceText"], "1.234,50\u00a0€");
+}
+
+TEST_F(ProductsCommand, PeriodsAreInTheUsersLanguageWhateverThePriceLocaleIs) {
+  const auto run =
+      runTool({"--config", shop_.path(), "--json", "--locale", "ja_JP", "products", "club"},
+              {"LC_ALL=de_DE.UTF-8"});
+
+  EXPECT_EQ(run.json().at(0)["subscriptionPeriod"]["text"], "1 Jahr");
+  EXPECT_EQ(run.json().at(0)["introductoryPrice"]["subscriptionPeriod"]["text"], "2 Wochen");
+}
+
+TEST_F(ProductsCommand, AProductThatCostsNothingIsFree) {
+  const TemporaryFile file(
+      R"({"products": [{"productID": "a", "type": "Consumable", "displayPrice": "0"}]})");
+
+  const auto run = runTool({"--config", file.path(), "--json", "products"});
+
+  EXPECT_EQ(run.json().at(0)["priceText"], "Free");
 }
 
 TEST_F(ProductsCommand, WritesNoColourWhenThereIsNoTerminal) {

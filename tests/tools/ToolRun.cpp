@@ -35,7 +35,9 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
   ::dup2(nothing, STDIN_FILENO);
   ::dup2(fileno(output), STDOUT_FILENO);
   ::dup2(fileno(errors), STDERR_FILENO);
-  for (const char* name : {"TQSTORE_CONFIG", "TQSTORE_LEDGER"}) ::unsetenv(name);
+  for (const char* name : {"TQSTORE_CONFIG", "TQSTORE_LEDGER", "LC_ALL", "LC_MESSAGES", "LANG"}) {
+    ::unsetenv(name);
+  }
   for (auto& variable : environment) ::putenv(variable.data());
   const auto argv = pointers(command);
   ::execv(argv[0], argv.data());

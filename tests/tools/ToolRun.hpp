@@ -15,7 +15,7 @@ struct ToolRun {
   [[nodiscard]] std::vector<nlohmann::ordered_json> json() const;
 };
 
-/// Runs tqstore without standard input and with nothing of TQSTORE_* in its environment, except
+/// Runs tqstore without standard input and with no store and no locale in its environment, except
 /// what `environment` ("NAME=value") adds.
 [[nodiscard]] ToolRun runTool(const std::vector<std::string>& arguments,
                               const std::vector<std::string>& environment = {});

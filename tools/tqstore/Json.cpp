@@ -1,5 +1,6 @@
 #include "tools/tqstore/Json.hpp"
 
+#include "TQStoreKitLib/products/ProductPricing.hpp"
 #include "tools/tqstore/Console.hpp"
 
 namespace tqstore {
@@ -14,7 +15,9 @@ Json orNull(const std::optional<T>& value) {
 }
 
 Json periodJson(const SKProductSubscriptionPeriod& period) {
-  return {{"unit", unitName(period.unit)}, {"numberOfUnits", period.numberOfUnits}};
+  return {{"unit", unitName(period.unit)},
+          {"numberOfUnits", period.numberOfUnits},
+          {"text", localizedSubscriptionPeriod(period)}};
 }
 
 const char* paymentModeName(SKProductDiscountPaymentMode mode) {
@@ -37,6 +40,7 @@ Json discountJson(const SKProductDiscount& discount) {
   return {{"identifier", orNull(discount.identifier)},
           {"type", discountTypeName(discount.type)},
           {"price", discount.price.toString()},
+          {"priceText", orNull(localizedPrice(discount))},
           {"paymentMode", paymentModeName(discount.paymentMode)},
           {"numberOfPeriods", discount.numberOfPeriods},
           {"subscriptionPeriod", periodJson(discount.subscriptionPeriod)}};
@@ -77,6 +81,7 @@ Json toJson(const CatalogueEntry& entry) {
           {"localizedTitle", product.localizedTitle()},
           {"localizedDescription", product.localizedDescription()},
           {"price", product.price().toString()},
+          {"priceText", orNull(regularPrice(product))},
           {"priceLocale", product.priceLocale().identifier()},
           {"currency", orNull(product.priceLocale().currencyCode())},
           {"subscriptionPeriod", period ? periodJson(*period) : Json(nullptr)},

@@ -39,31 +39,32 @@ std::vector<CatalogueEntry> inOrder(const StoreKit::Catalogue& catalogue,
   return entries;
 }
 
-std::string priceText(const StoreKit::SKProduct& product) {
-  const auto currency = product.priceLocale().currencyCode();
-  return product.price().toString() + (currency ? " " + *currency : "");
+std::string offerText(const StoreKit::SKProduct& product) {
+  const auto& offer = product.introductoryPrice();
+  if (!offer) return "";
+  auto text = localizedPrice(*offer).value_or("") + " for " + localizedSubscriptionPeriod(*offer);
+  if (offer->numberOfPeriods > 1) text += " x " + std::to_string(offer->numberOfPeriods);
+  return text;
 }
 
 std::string periodText(const StoreKit::SKProduct& product) {
   const auto& period = product.subscriptionPeriod();
-  if (!period) return "";
-  const auto count = std::to_string(period->numberOfUnits);
-  return "/ " + (period->numberOfUnits == 1 ? "" : count + " ") + unitName(period->unit) +
-         (period->numberOfUnits == 1 ? "" : "s");
+  return period ? localizedSubscriptionPeriod(*period) : "";
 }
 
 void writeTable(const std::vector<CatalogueEntry>& entries) {
   Table table({{.title = "Product", .whole = true},
                {.title = "Title"},
                {.title = "Price", .align = Table::Align::right, .whole = true},
-               {.title = "", .whole = true},
+               {.title = "Every", .whole = true},
+               {.title = "At first"},
                {.title = "Type"},
                {.title = "Description"}});
   for (const auto& entry : entries) {
     const auto& product = *entry.product;
     table.add({printable(product.productIdentifier()), printable(product.localizedTitle()),
-               priceText(product), periodText(product), std::string(toString(entry.type)),
-               printable(product.localizedDescription())});
+               regularPrice(product).value_or("no price"), periodText(product), offerText(product),
+               std::string(toString(entry.type)), printable(product.localizedDescription())});
   }
   table.write(terminalWidth(kWidthWithoutTerminal));
 }

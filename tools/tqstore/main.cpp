@@ -48,6 +48,9 @@ void addGlobal(CLI::App& app, GlobalOptions& options) {
   app.add_option("--config", options.config, "The .storekit configuration that the store opens")
       ->envname("TQSTORE_CONFIG")
       ->type_name("FILE");
+  app.add_option("--locale", options.locale,
+                 "Language and region of products and prices, instead of the configuration's")
+      ->type_name("LOCALE");
   app.add_flag("--json", options.json, "One JSON object a line on standard output, nothing else");
   app.set_version_flag("--version", "tqstore " TQSTORE_VERSION);
   app.require_subcommand(1);
@@ -86,6 +89,7 @@ int run(int argc, char** argv) {
   }
   const auto session = openStore(arguments.global.config);
   if (!session) return kUsage;
+  if (!arguments.global.locale.empty()) session->setLocale(arguments.global.locale);
   if (products->parsed()) return showProducts(*session, arguments.global, arguments.products);
   return buy(*session, arguments.global, arguments.purchase);
 }

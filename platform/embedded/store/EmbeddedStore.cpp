@@ -20,19 +20,34 @@ EmbeddedStore& EmbeddedStore::current() {
   return store;
 }
 
-void EmbeddedStore::open(const StoreConfiguration& configuration, std::unique_ptr<Ledger> ledger,
+void EmbeddedStore::open(StoreConfiguration configuration, std::unique_ptr<Ledger> ledger,
                          StoreSources sources) {
-  const auto& settings = configuration.settings;
   ++openings_;
-  catalogue_ = Catalogue(configuration, settings.locale, settings.storefront, openings_);
+  configuration_ = std::move(configuration);
+  rebuildCatalogue();
   ledger_ = std::move(ledger);
   sources_ = std::move(sources);
   scenario_ = Scenario();
+  const auto& settings = configuration_.settings;
   if (settings.failTransactionsEnabled) {
     scenario_.everyPurchaseFails =
         SKError(static_cast<SKError::Code>(settings.failureError)).nsError();
   }
   queue_.restart();
+}
+
+void EmbeddedStore::setLocale(std::string locale) {
+  configuration_.settings.locale = std::move(locale);
+  rebuildCatalogue();
+}
+
+void EmbeddedStore::setStorefront(std::string storefront) {
+  configuration_.settings.storefront = std::move(storefront);
+  rebuildCatalogue();
+}
+
+void EmbeddedStore::rebuildCatalogue() {
+  catalogue_ = Catalogue(configuration_, locale(), storefront(), openings_);
 }
 
 void EmbeddedStore::openFromEnvironment() {
@@ -49,7 +64,7 @@ void EmbeddedStore::openFromEnvironment() {
                            "empty.");
     if (reading.configuration) configuration = std::move(*reading.configuration);
   }
-  open(configuration, std::make_unique<MemoryLedger>(), {});
+  open(std::move(configuration), std::make_unique<MemoryLedger>(), {});
 }
 
 }  // namespace StoreKit

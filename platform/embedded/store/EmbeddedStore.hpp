@@ -42,8 +42,14 @@ class EmbeddedStore {
 
   /// Sells what `configuration` says from now on, keeps its transactions in `ledger`, and starts
   /// the payment queue anew. Observers stay; what was under way is forgotten.
-  void open(const StoreConfiguration& configuration, std::unique_ptr<Ledger> ledger,
-            StoreSources sources);
+  void open(StoreConfiguration configuration, std::unique_ptr<Ledger> ledger, StoreSources sources);
+
+  /// What the user sees from now on: texts in that language, prices of that country. What was
+  /// fetched before stays as it was.
+  void setLocale(std::string locale);
+  void setStorefront(std::string storefront);
+  [[nodiscard]] const std::string& locale() const { return configuration_.settings.locale; }
+  [[nodiscard]] const std::string& storefront() const { return configuration_.settings.storefront; }
 
   [[nodiscard]] const Catalogue& catalogue() const { return catalogue_; }
   [[nodiscard]] Ledger& ledger() { return *ledger_; }
@@ -58,7 +64,9 @@ class EmbeddedStore {
   ~EmbeddedStore() = default;
 
   void openFromEnvironment();
+  void rebuildCatalogue();
 
+  StoreConfiguration configuration_;  // its settings follow what was set since
   Catalogue catalogue_;
   std::unique_ptr<Ledger> ledger_;
   Scenario scenario_;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/embedded/store/MemoryLedger.hpp"
+#include "platform/embedded/store/Storefront.hpp"
 
 namespace StoreKit {
 
@@ -17,15 +18,32 @@ StoreSession::Opening StoreSession::open(const std::string& path, StoreSources s
   Opening opening;
   opening.problems = std::move(reading.problems);
   if (reading.configuration) {
-    opening.session = std::make_unique<StoreSession>(*reading.configuration, std::move(sources));
+    opening.session =
+        std::make_unique<StoreSession>(std::move(*reading.configuration), std::move(sources));
   }
   return opening;
 }
 
-StoreSession::StoreSession(const StoreConfiguration& configuration, StoreSources sources,
+StoreSession::StoreSession(StoreConfiguration configuration, StoreSources sources,
                            std::unique_ptr<Ledger> ledger) {
   if (!ledger) ledger = std::make_unique<MemoryLedger>();
-  EmbeddedStore::unopened().open(configuration, std::move(ledger), std::move(sources));
+  EmbeddedStore::unopened().open(std::move(configuration), std::move(ledger), std::move(sources));
+}
+
+const std::string& StoreSession::locale() const { return EmbeddedStore::current().locale(); }
+
+void StoreSession::setLocale(std::string locale) {
+  EmbeddedStore::current().setLocale(std::move(locale));
+}
+
+const std::string& StoreSession::storefront() const {
+  return EmbeddedStore::current().storefront();
+}
+
+bool StoreSession::setStorefront(const std::string& country) {
+  if (!storefrontCurrency(country)) return false;
+  EmbeddedStore::current().setStorefront(country);
+  return true;
 }
 
 const Catalogue& StoreSession::catalogue() const { return EmbeddedStore::current().catalogue(); }

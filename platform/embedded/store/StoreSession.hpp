@@ -36,10 +36,22 @@ class StoreSession {
 
   /// Opens a configuration that is there already. `ledger` keeps the transactions; without one they
   /// last as long as the process.
-  explicit StoreSession(const StoreConfiguration& configuration, StoreSources sources = {},
+  explicit StoreSession(StoreConfiguration configuration, StoreSources sources = {},
                         std::unique_ptr<Ledger> ledger = nullptr);
 
-  /// What the store sells, in the order of the configuration. Valid until another store is opened.
+  /// The user's language: the one that products are described in, and half of their price locale.
+  /// At first the configuration's. A locale that nobody knows gets the neutral forms.
+  [[nodiscard]] const std::string& locale() const;
+  void setLocale(std::string locale);
+
+  /// The country that the user buys in (ISO 3166-1 alpha-3, "BRA"): it decides the currency. At
+  /// first the configuration's.
+  [[nodiscard]] const std::string& storefront() const;
+  /// False, and nothing changes, for a country that does not exist.
+  [[nodiscard]] bool setStorefront(const std::string& country);
+
+  /// What the store sells, in the order of the configuration. Valid until another store is opened,
+  /// or the locale or the storefront changes.
   [[nodiscard]] const Catalogue& catalogue() const;
 
   /// The next `count` purchases fail with this store error.

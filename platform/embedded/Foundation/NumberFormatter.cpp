@@ -1,0 +1,34 @@
+#include "platform/Foundation/NumberFormatter.hpp"
+
+#include <unicode/currunit.h>
+#include <unicode/numberformatter.h>
+
+namespace Foundation {
+
+namespace {
+
+using icu::number::LocalizedNumberFormatter;
+
+// A locale of a region brings its currency along; one that names none has the currency that stands
+// for "no currency".
+icu::CurrencyUnit currencyOf(const Locale& locale, UErrorCode& status) {
+  auto code = icu::UnicodeString::fromUTF8(locale.currencyCode().value_or("XXX"));
+  return {code.getTerminatedBuffer(), status};
+}
+
+}  // namespace
+
+std::optional<std::string> NumberFormatter::stringFromNumber(const Decimal& number) const {
+  UErrorCode status = U_ZERO_ERROR;
+  auto formatter = icu::number::NumberFormatter::withLocale(
+      icu::Locale::createCanonical(locale_.identifier().c_str()));
+  if (style_ == Style::currency) formatter = formatter.unit(currencyOf(locale_, status));
+  const auto formatted = formatter.formatDecimal(number.toString(), status);
+  const auto text = formatted.toString(status);
+  if (U_FAILURE(status)) return std::nullopt;
+  std::string utf8;
+  text.toUTF8String(utf8);
+  return utf8;
+}
+
+}  // namespace Foundation
