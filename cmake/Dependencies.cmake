@@ -4,6 +4,7 @@
 find_package(Threads REQUIRED)
 find_package(ICU REQUIRED COMPONENTS i18n uc)
 find_package(nlohmann_json REQUIRED)
+find_package(SQLite3 REQUIRED)
 
 if(TQSTOREKIT_TOOLS)
   find_package(CLI11 REQUIRED)

@@ -10,7 +10,18 @@ function(tqstorekit_tests name)
   target_compile_definitions(${name} PRIVATE TQSTOREKIT_TEST_DATA="${PROJECT_SOURCE_DIR}/tests")
   target_link_libraries(${name} PRIVATE
     TQStoreKitLib::TQStoreKitLib GTest::gmock_main GTest::gtest tqstorekit_settings)
+  if(arg_LABELS)
+    set(labels LABELS ${arg_LABELS})
+  endif()
+  target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
   gtest_discover_tests(${name}
     DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT 60 LABELS "${arg_LABELS}")
+    PROPERTIES TIMEOUT 60 ENVIRONMENT TQSTORE_LEDGER=:memory: ${labels})
+  # What ThreadSanitizer is for can be built alone.
+  if("threads" IN_LIST arg_LABELS)
+    if(NOT TARGET thread_tests)
+      add_custom_target(thread_tests)
+    endif()
+    add_dependencies(thread_tests ${name})
+  endif()
 endfunction()

@@ -32,7 +32,10 @@ quietly() {
 }
 
 # The stores of our programs and tests are their own: what the caller's environment names stays out.
-use_own_stores() { unset TQSTORE_CONFIG TQSTORE_LEDGER; }
+use_own_stores() {
+  unset TQSTORE_CONFIG
+  export TQSTORE_LEDGER=:memory:
+}
 
 # is_configured PRESET: ninja re-runs cmake by itself, so one time is enough; a run for CI also
 # wants its warnings to be errors.

@@ -111,12 +111,14 @@ void PaymentQueueController::cancel(const StoreKit::SKDownloads& downloads) {
 void PaymentQueueController::paymentQueueUpdatedTransactions(
     const StoreKit::SKPaymentTransactions& transactions) {
   if (std::all_of(transactions.begin(), transactions.end(), isPurchasing)) return;
-  // A callback may destroy this object: nothing of it is used once the first controller has run.
+  // A callback may destroy this object and the caller's list: neither is used once the first
+  // controller has run.
+  const auto batch = transactions;
   const auto payments = paymentsController_;
   const auto restore = restorePurchasesController_;
   const auto complete = completeTransactionsController_;
   TQPaymentQueue& queue = paymentQueue_;
-  auto rest = payments->processTransactions(transactions, queue);
+  auto rest = payments->processTransactions(batch, queue);
   rest = restore->processTransactions(rest, queue);
   rest = complete->processTransactions(rest, queue);
   if (!rest.empty()) printUnhandled(rest);

@@ -70,7 +70,8 @@ StoreKit::SKPaymentTransactions TQPaymentsController::processTransactions(
 bool TQPaymentsController::processTransaction(const StoreKit::SKPaymentTransactionPtr& transaction,
                                               TQPaymentQueue& paymentQueue) {
   const auto keepAlive = weak_from_this().lock();
-  return resolve(transaction, paymentQueue);
+  const auto held = transaction;
+  return resolve(held, paymentQueue);
 }
 
 bool TQPaymentsController::resolve(const StoreKit::SKPaymentTransactionPtr& transaction,

@@ -28,7 +28,9 @@ TQPayment makePayment(const StoreKit::SKProductPtr& product, TQProductPurchaseOp
           }};
 }
 
-void startPurchase(PaymentQueueController& controller, const StoreKit::SKProductPtr& product,
+// Listeners run before the product is used: it is held here, whatever they do with the caller's.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+void startPurchase(PaymentQueueController& controller, StoreKit::SKProductPtr product,
                    TQProductPurchaseOptions options, TQStoreKit::PurchaseCompletion completion) {
   TQStoreKitEvent::broadcastEvent(TQStoreKitEvent::purchase(PurchaseEvent::begin(product)), false);
   controller.startPayment(makePayment(product, std::move(options), std::move(completion)));

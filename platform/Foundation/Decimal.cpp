@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <functional>
+#include <limits>
 
 namespace Foundation {
 
@@ -33,7 +34,9 @@ std::optional<long> readExponent(std::string_view rest) {
   if (rest.empty() || !isDigit(rest[0])) return std::nullopt;
   int value = 0;
   const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), value);
-  if (error != std::errc() || end != rest.data() + rest.size()) return std::nullopt;
+  if (end != rest.data() + rest.size()) return std::nullopt;
+  // Beyond every limit, which only zero survives.
+  if (error == std::errc::result_out_of_range) value = std::numeric_limits<int>::max();
   return negative ? -long{value} : long{value};
 }
 
@@ -49,7 +52,7 @@ std::optional<Decimal> Decimal::normalised(bool negative, std::string digits, lo
   digits.erase(digits.find_last_not_of('0') + 1);
   if (digits.size() > kMostDigits) return std::nullopt;
   const long lastDigit = exponent - static_cast<long>(digits.size());
-  if (lastDigit < -kGreatestExponent - 1 || exponent > kGreatestExponent + long{kMostDigits}) {
+  if (lastDigit < kLeastExponent || exponent > kGreatestExponent + long{kMostDigits}) {
     return std::nullopt;
   }
   Decimal result;

@@ -16,8 +16,8 @@ class Decimal {
  public:
   /// Significant digits that a decimal can hold; the platform's own limit.
   static constexpr std::size_t kMostDigits = 38;
-  /// The exponents of ten that a decimal can have lie between minus and plus this; the platform's
-  /// own limit.
+  /// The powers of ten that the last digit of a decimal can stand for; the platform's own limits.
+  static constexpr int kLeastExponent = -128;
   static constexpr int kGreatestExponent = 127;
 
   /// Zero.

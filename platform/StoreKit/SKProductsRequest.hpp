@@ -47,7 +47,8 @@ class SKProductsRequest {
   /// Sends the request. Does nothing on one that was started before.
   void start();
 
-  /// Stops a started request: no message to the delegate begins afterwards.
+  /// Stops the request for good: no message to the delegate begins afterwards, also when it is
+  /// given another one or is started again. On another thread one may just be under way.
   void cancel();
 
  private:

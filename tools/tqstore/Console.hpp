@@ -15,6 +15,7 @@ enum ExitStatus : int {
 /// What all commands share.
 struct GlobalOptions {
   std::string config;
+  std::string ledger;  ///< empty: the configuration's own
   std::string locale;  ///< empty: the configuration's
   bool json = false;
 };

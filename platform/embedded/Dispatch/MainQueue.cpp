@@ -120,11 +120,12 @@ class Loop {
     std::unique_lock lock(mutex_);
     const auto ready = [this] { return stopped_ || !blocks_.empty(); };
     if (deadline) {
-      if (!changed_.wait_until(lock, *deadline, ready) || Clock::now() >= *deadline) return false;
+      changed_.wait_until(lock, *deadline, ready);
     } else {
       changed_.wait(lock, ready);
     }
-    return !std::exchange(stopped_, false);
+    if (std::exchange(stopped_, false)) return false;
+    return !deadline || Clock::now() < *deadline;
   }
 
   bool runOne() {
@@ -149,6 +150,13 @@ class Loop {
   std::atomic<bool> running_ = false;
 };
 
+// Absent for a time that no clock reaches.
+std::optional<Clock::time_point> after(std::chrono::nanoseconds duration) {
+  const auto now = Clock::now();
+  if (duration > Clock::time_point::max() - now) return std::nullopt;
+  return now + duration;
+}
+
 Loop& loop() {
   static auto& instance = *new Loop;
   return instance;
@@ -167,7 +175,7 @@ bool MainQueue::isCurrentThread() const { return loop().isCurrentThread(); }
 std::size_t MainLoop::drain() { return loop().drain(); }
 void MainLoop::run() { loop().runUntil(std::nullopt, "run"); }
 void MainLoop::runFor(std::chrono::nanoseconds duration) {
-  loop().runUntil(Clock::now() + duration, "runFor");
+  loop().runUntil(after(duration), "runFor");
 }
 void MainLoop::stop() { loop().stop(); }
 int MainLoop::fileDescriptor() { return loop().descriptor(); }

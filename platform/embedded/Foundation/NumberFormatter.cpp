@@ -3,6 +3,8 @@
 #include <unicode/currunit.h>
 #include <unicode/numberformatter.h>
 
+#include "platform/embedded/Foundation/KnownLocale.hpp"
+
 namespace Foundation {
 
 namespace {
@@ -20,8 +22,7 @@ icu::CurrencyUnit currencyOf(const Locale& locale, UErrorCode& status) {
 
 std::optional<std::string> NumberFormatter::stringFromNumber(const Decimal& number) const {
   UErrorCode status = U_ZERO_ERROR;
-  auto formatter = icu::number::NumberFormatter::withLocale(
-      icu::Locale::createCanonical(locale_.identifier().c_str()));
+  auto formatter = icu::number::NumberFormatter::withLocale(knownLocale(locale_));
   if (style_ == Style::currency) formatter = formatter.unit(currencyOf(locale_, status));
   const auto formatted = formatter.formatDecimal(number.toString(), status);
   const auto text = formatted.toString(status);

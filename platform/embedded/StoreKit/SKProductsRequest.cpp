@@ -47,16 +47,20 @@ class SKProductsRequest::Implementation : public std::enable_shared_from_this<Im
   }
 
   void start() {
-    if (std::exchange(started_, true)) return;
+    if (std::exchange(started_, true) || isCancelled()) return;
     Dispatch::mainQueue().async([weak = weak_from_this()] {
       if (const auto self = weak.lock()) self->decide();
     });
   }
 
-  void cancel() { setDelegate({}); }
+  void cancel() {
+    const std::lock_guard lock(mutex_);
+    cancelled_ = true;
+  }
 
  private:
   void decide() {
+    if (isCancelled()) return;
     auto& store = EmbeddedStore::current();
     auto failure = takeFailure(store.scenario());
     auto response = lookUp(identifiers_, store.catalogue());
@@ -86,12 +90,18 @@ class SKProductsRequest::Implementation : public std::enable_shared_from_this<Im
 
   std::shared_ptr<SKProductsRequestDelegate> lockedDelegate() {
     const std::lock_guard lock(mutex_);
-    return delegate_.lock();
+    return cancelled_ ? nullptr : delegate_.lock();
+  }
+
+  bool isCancelled() {
+    const std::lock_guard lock(mutex_);
+    return cancelled_;
   }
 
   const std::set<std::string> identifiers_;
   bool started_ = false;
   std::mutex mutex_;
+  bool cancelled_ = false;
   std::weak_ptr<SKProductsRequestDelegate> delegate_;
 };
 

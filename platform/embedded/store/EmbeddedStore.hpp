@@ -33,8 +33,8 @@ class EmbeddedStore {
   EmbeddedStore& operator=(const EmbeddedStore&) = delete;
 
   /// Made on first use, never destroyed. When none was opened before, it opens the configuration
-  /// that the environment variable TQSTORE_CONFIG names, else an empty one, and says so on
-  /// standard error.
+  /// that the environment variable TQSTORE_CONFIG names, on the ledger that TQSTORE_LEDGER names
+  /// (or the configuration's own); else an empty store in memory. It says so on standard error.
   [[nodiscard]] static EmbeddedStore& current();
 
   /// The same, without opening anything.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,43 +15,83 @@ namespace StoreKit {
 
 /// What the ledger knows about one transaction.
 struct LedgerEntry {
-  /// The ledger's own number: ascending, in the order in which transactions were added.
+  /// The ledger's own number: ascending, in the order in which transactions were added; 0 for one
+  /// that was not added yet.
   std::int64_t identifier = 0;
+  /// Which change of the ledger this is the outcome of: ascending over all its entries.
+  std::int64_t revision = 0;
   SKPaymentTransactionState state = SKPaymentTransactionState::purchasing;
+  bool finished = false;
+  /// Who carries a purchase under way to its outcome: the number of a program that has the ledger
+  /// open. Absent once there is an outcome.
+  std::optional<std::int64_t> owner{};
   SKPayment::Values payment{};
   std::optional<std::string> transactionIdentifier{};
   std::optional<Foundation::Date> transactionDate{};
   std::optional<Foundation::NSError> error{};
   /// The entry of the purchase that a restored transaction repeats.
   std::optional<std::int64_t> original{};
-  bool finished = false;
 };
 
-/// Where the store keeps its transactions.
+using LedgerEntries = std::vector<LedgerEntry>;
+
+/// Where the store keeps its transactions. Several programs may have one ledger open.
 ///
 /// Thread: main.
 class Ledger {
  public:
+  /// What a change outlives.
+  enum class Durability {
+    killedProcess,  ///< the death of this program; costs no wait for the disk
+    powerCut,       ///< the death of the machine; costs one wait
+  };
+  using Failure = std::optional<Foundation::NSError>;
+  /// Fills in what depends on the number of an entry that is being added.
+  using Complete = std::function<void(LedgerEntry&)>;
+
   Ledger() = default;
   Ledger(const Ledger&) = delete;
   Ledger& operator=(const Ledger&) = delete;
   virtual ~Ledger() = default;
 
-  /// The number for an entry that is about to be added; never handed out twice.
-  [[nodiscard]] virtual std::int64_t nextIdentifier() = 0;
+  /// The number that stands for this program as an owner.
+  [[nodiscard]] virtual std::int64_t owner() const = 0;
 
-  /// Adds or replaces these entries: all of them, or none when it answers with an error.
-  [[nodiscard]] virtual std::optional<Foundation::NSError> commit(
-      const std::vector<LedgerEntry>& entries) = 0;
+  /// Adds new entries, in this order: numbers each, lets `complete` (when there is one) see it, and
+  /// writes all of them or, when it answers with an error, none.
+  [[nodiscard]] virtual Failure add(LedgerEntries& entries, Durability durability,
+                                    const Complete& complete = nullptr) = 0;
+
+  /// Changes entries that were read before. One that somebody else has changed since (its revision
+  /// differs) is left as they made it. Afterwards `entries` are what the ledger holds; when it
+  /// answers with an error, nothing was changed, and they are as they were.
+  [[nodiscard]] virtual Failure update(LedgerEntries& entries, Durability durability) = 0;
+
+  /// Makes purchases under way whose owner is gone this program's own.
+  [[nodiscard]] virtual Failure adoptOrphans() = 0;
 
   /// Absent when there is no such entry.
   [[nodiscard]] virtual std::optional<LedgerEntry> find(std::int64_t identifier) const = 0;
 
   /// The entries that are not finished, in the order in which they were added.
-  [[nodiscard]] virtual std::vector<LedgerEntry> unfinished() const = 0;
+  [[nodiscard]] virtual LedgerEntries unfinished() const = 0;
 
   /// The finished entries in state purchased, in the order in which they were added.
-  [[nodiscard]] virtual std::vector<LedgerEntry> finishedPurchases() const = 0;
+  [[nodiscard]] virtual LedgerEntries finishedPurchases() const = 0;
+
+  /// All entries, in the order in which they were added.
+  [[nodiscard]] virtual LedgerEntries all() const = 0;
+
+  /// The entries that changed after `revision`, in the order of their changes.
+  [[nodiscard]] virtual LedgerEntries changedAfter(std::int64_t revision) const = 0;
+
+  /// The last change of the ledger.
+  [[nodiscard]] virtual std::int64_t revision() const = 0;
+
+  /// From now on, `changed` is called within a tenth of a second of another program's change, and
+  /// at times without one. It comes on a thread of the ledger's own, and not any more once the
+  /// ledger is destroyed. At most one watcher.
+  virtual void watch(std::function<void()> changed) = 0;
 };
 
 }  // namespace StoreKit

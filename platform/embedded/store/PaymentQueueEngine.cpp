@@ -33,12 +33,21 @@ void PaymentQueueEngine::restart() {
   addedPayments_.clear();
   finishedIdentifiers_.clear();
   restoreRequests_.clear();
+  restoreEnd_.reset();
   unfinished_.clear();
-  for (auto& entry : store_.ledger().unfinished()) {
-    unfinished_.push_back(makeTransaction(std::move(entry)));
-  }
   backlogDelivered_ = false;
+  auto& ledger = store_.ledger();
+  if (const auto error = ledger.adoptOrphans()) {
+    warnNotCommitted("Purchases that another program left are not carried on.", *error);
+  }
+  mergedRevision_ = ledger.revision();
+  for (auto& entry : ledger.unfinished()) {
+    const bool theirs = isPurchasing(entry) && entry.owner != ledger.owner();
+    if (!theirs) unfinished_.push_back(makeTransaction(std::move(entry)));
+  }
+  resumed_ = inState(true);
   later([this] { deliverBacklog(); });
+  later([this] { reportResumed(); });
 }
 
 void PaymentQueueEngine::later(std::function<void()> step) {
@@ -51,20 +60,25 @@ void PaymentQueueEngine::addObserver(SKPaymentTransactionObserver& observer) {
   const bool first = observers_.isEmpty();
   if (!observers_.add(observer) || !first) return;
   later([this] { deliverBacklog(); });
+  later([this] { reportResumed(); });
   later([this] { beginPurchases(); });
   later([this] { settlePurchases(); });
-  later([this] { replayPurchases(); });
+  later([this] { endRestore(); });
+  later([this] { beginRestore(); });
+  later([this] { absorbChanges(); });
 }
 
 void PaymentQueueEngine::deliverBacklog() {
   if (backlogDelivered_ || observers_.isEmpty()) return;
   backlogDelivered_ = true;
-  const auto run = run_;
-  const auto resumed = inState(true);
+  (void)mergeLedger();  // what others changed meanwhile is part of the backlog
   reportUpdated(inState(false));
-  if (run != run_ || resumed.empty()) return;
-  reportUpdated(resumed);
+}
+
+void PaymentQueueEngine::reportResumed() {
+  if (observers_.isEmpty() || resumed_.empty()) return;
   later([this] { settlePurchases(); });
+  reportUpdated(std::exchange(resumed_, {}));
 }
 
 void PaymentQueueEngine::add(const SKPayment& payment) {
@@ -80,43 +94,46 @@ void PaymentQueueEngine::add(const SKPayment& payment) {
 
 void PaymentQueueEngine::beginPurchases() {
   if (observers_.isEmpty()) return;
-  std::vector<LedgerEntry> entries;
+  LedgerEntries entries;
   for (auto& payment : std::exchange(addedPayments_, {})) {
-    entries.push_back(
-        {.identifier = store_.ledger().nextIdentifier(), .payment = std::move(payment)});
+    entries.push_back({.owner = store_.ledger().owner(), .payment = std::move(payment)});
   }
   if (entries.empty()) return;
-  if (const auto error = store_.ledger().commit(entries)) {
+  if (const auto error = store_.ledger().add(entries, Ledger::Durability::killedProcess)) {
     // What could not be written down must not be bought.
     for (auto& entry : entries) {
+      entry.identifier = --lastUnrecorded_;
       entry.state = State::failed;
       entry.error = error;
     }
   }
   Transactions begun;
   for (auto& entry : entries) begun.push_back(makeTransaction(std::move(entry)));
-  unfinished_.insert(unfinished_.end(), begun.begin(), begun.end());
+  for (const auto& transaction : begun) insert(transaction);
   later([this] { settlePurchases(); });
   reportUpdated(begun);
 }
 
 void PaymentQueueEngine::settlePurchases() {
   if (observers_.isEmpty()) return;
-  const auto settled = inState(true);
-  if (settled.empty()) return;
-  std::vector<LedgerEntry> entries;
-  for (const auto& transaction : settled) entries.push_back(outcome(transaction->entry()));
-  if (const auto error = store_.ledger().commit(entries)) {
-    warnNotCommitted("The purchases are carried on at the next start.", *error);
+  LedgerEntries entries;
+  auto scenario = store_.scenario();
+  for (const auto& transaction : inState(true)) {
+    entries.push_back(outcome(transaction->entry(), scenario));
+  }
+  if (entries.empty()) return;
+  if (const auto error = store_.ledger().update(entries, Ledger::Durability::powerCut)) {
+    warnNotCommitted("The purchases are carried on later.", *error);
     return;
   }
-  for (std::size_t i = 0; i < settled.size(); ++i) settled[i]->update(std::move(entries[i]));
-  reportUpdated(settled);
+  store_.scenario() = std::move(scenario);
+  report(merge(entries));
 }
 
-LedgerEntry PaymentQueueEngine::outcome(LedgerEntry entry) const {
-  entry.error = store_.scenario().decidePurchase(entry.payment, store_.catalogue());
+LedgerEntry PaymentQueueEngine::outcome(LedgerEntry entry, Scenario& scenario) const {
+  entry.error = scenario.decidePurchase(entry.payment, store_.catalogue());
   entry.state = entry.error ? State::failed : State::purchased;
+  entry.owner = std::nullopt;
   if (!entry.error) {
     entry.transactionIdentifier = store_.sources().transactionIdentifier(entry.identifier);
     entry.transactionDate = store_.sources().now();
@@ -138,64 +155,58 @@ void PaymentQueueEngine::finish(const SKPaymentTransactionPtr& transaction) {
 
 void PaymentQueueEngine::removeFinished() {
   const auto identifiers = std::exchange(finishedIdentifiers_, {});
-  const std::set<std::int64_t> wanted(identifiers.begin(), identifiers.end());
-  Transactions removed;
-  std::vector<LedgerEntry> entries;
-  for (const auto& transaction : unfinished_) {
-    if (!wanted.contains(transaction->entry().identifier)) continue;
-    removed.push_back(transaction);
+  LedgerEntries recorded;
+  LedgerEntries unrecorded;
+  for (const auto identifier : std::set<std::int64_t>(identifiers.begin(), identifiers.end())) {
+    const auto transaction = find(identifier);
+    if (!transaction) continue;
+    auto& entries = identifier > 0 ? recorded : unrecorded;
     entries.push_back(transaction->entry());
     entries.back().finished = true;
   }
-  if (removed.empty()) return;
-  if (const auto error = store_.ledger().commit(entries)) {
+  if (const auto error = store_.ledger().update(recorded, Ledger::Durability::killedProcess)) {
     warnNotCommitted("The transactions stay in the queue.", *error);
-    return;
+    recorded.clear();
   }
-  for (std::size_t i = 0; i < removed.size(); ++i) removed[i]->update(std::move(entries[i]));
-  std::erase_if(unfinished_, [](const auto& transaction) { return transaction->entry().finished; });
-  observers_.notify([batch = asPlatform(removed)](SKPaymentTransactionObserver& observer) {
-    observer.paymentQueueRemovedTransactions(batch);
-  });
+  recorded.insert(recorded.end(), unrecorded.begin(), unrecorded.end());
+  report(merge(recorded));
 }
 
 void PaymentQueueEngine::restore(const std::optional<std::string>& applicationUsername) {
   restoreRequests_.push_back(applicationUsername);
-  later([this] { replayPurchases(); });
+  later([this] { beginRestore(); });
 }
 
-void PaymentQueueEngine::replayPurchases() {
-  if (observers_.isEmpty()) return;
-  const auto run = run_;
-  for (const auto& request : std::exchange(restoreRequests_, {})) {
-    replayFor(request);
-    if (run != run_) return;
-  }
-}
-
-void PaymentQueueEngine::replayFor(const std::optional<std::string>& applicationUsername) {
-  auto entries = restorable(applicationUsername);
-  if (const auto error = store_.ledger().commit(entries)) {
-    observers_.notify([&](SKPaymentTransactionObserver& observer) {
-      observer.paymentQueueRestoreCompletedTransactionsFailedWithError(*error);
-    });
-    return;
-  }
-  Transactions restored;
-  for (auto& entry : entries) restored.push_back(makeTransaction(std::move(entry)));
-  unfinished_.insert(unfinished_.end(), restored.begin(), restored.end());
-  later([this] {
-    observers_.notify([](SKPaymentTransactionObserver& observer) {
-      observer.paymentQueueRestoreCompletedTransactionsFinished();
-    });
+// One restore after another: what one replays, then how it ended.
+void PaymentQueueEngine::beginRestore() {
+  if (observers_.isEmpty() || restoreEnd_ || restoreRequests_.empty()) return;
+  auto entries = restorable(restoreRequests_.front());
+  restoreRequests_.pop_front();
+  const auto& sources = store_.sources();
+  restoreEnd_ = store_.ledger().add(entries, Ledger::Durability::powerCut, [&](LedgerEntry& entry) {
+    entry.transactionIdentifier = sources.transactionIdentifier(entry.identifier);
   });
-  reportUpdated(restored);
+  later([this] { endRestore(); });
+  if (!*restoreEnd_) report(merge(entries));
 }
 
-std::vector<LedgerEntry> PaymentQueueEngine::restorable(
+void PaymentQueueEngine::endRestore() {
+  if (observers_.isEmpty() || !restoreEnd_) return;
+  const auto failure = *std::exchange(restoreEnd_, std::nullopt);
+  later([this] { beginRestore(); });
+  observers_.notify([&](SKPaymentTransactionObserver& observer) {
+    if (failure) {
+      observer.paymentQueueRestoreCompletedTransactionsFailedWithError(*failure);
+    } else {
+      observer.paymentQueueRestoreCompletedTransactionsFinished();
+    }
+  });
+}
+
+LedgerEntries PaymentQueueEngine::restorable(
     const std::optional<std::string>& applicationUsername) const {
   const auto name = applicationUsername.value_or("");
-  std::vector<LedgerEntry> entries;
+  LedgerEntries entries;
   std::set<std::string> replayedOnce;
   for (const auto& purchase : store_.ledger().finishedPurchases()) {
     const auto& product = purchase.payment.productIdentifier;
@@ -205,15 +216,49 @@ std::vector<LedgerEntry> PaymentQueueEngine::restorable(
     const bool owned = sold->type == ProductType::nonConsumable;
     const bool renewed = sold->type == ProductType::autoRenewableSubscription;
     if (!renewed && !(owned && replayedOnce.insert(product).second)) continue;
-    const auto identifier = store_.ledger().nextIdentifier();
-    entries.push_back({.identifier = identifier,
-                       .state = State::restored,
+    entries.push_back({.state = State::restored,
                        .payment = purchase.payment,
-                       .transactionIdentifier = store_.sources().transactionIdentifier(identifier),
                        .transactionDate = store_.sources().now(),
                        .original = purchase.identifier});
   }
   return entries;
+}
+
+void PaymentQueueEngine::absorbChanges() {
+  if (observers_.isEmpty() || !backlogDelivered_) return;
+  report(mergeLedger());
+}
+
+PaymentQueueEngine::Changes PaymentQueueEngine::mergeLedger() {
+  const auto entries = store_.ledger().changedAfter(mergedRevision_);
+  if (!entries.empty()) mergedRevision_ = entries.back().revision;
+  return merge(entries);
+}
+
+// Takes entries as the ledger holds them. A purchase that another program has under way is its own
+// business until there is an outcome.
+PaymentQueueEngine::Changes PaymentQueueEngine::merge(const LedgerEntries& entries) {
+  Changes changes;
+  for (const auto& entry : entries) {
+    auto transaction = find(entry.identifier);
+    if (!transaction) {
+      if (entry.finished || isPurchasing(entry)) continue;
+      transaction = makeTransaction(entry);
+      insert(transaction);
+      changes.updated.push_back(transaction);
+      continue;
+    }
+    if (transaction->entry().revision > entry.revision) continue;
+    const auto stateBefore = transaction->entry().state;
+    transaction->update(entry);
+    if (entry.finished) {
+      changes.removed.push_back(transaction);
+    } else if (entry.state != stateBefore) {
+      changes.updated.push_back(transaction);
+    }
+  }
+  std::erase_if(unfinished_, [](const auto& each) { return each->entry().finished; });
+  return changes;
 }
 
 SKPaymentTransactions PaymentQueueEngine::transactions() const { return asPlatform(unfinished_); }
@@ -234,6 +279,38 @@ PaymentQueueEngine::Transactions PaymentQueueEngine::inState(bool purchasing) co
   std::copy_if(unfinished_.begin(), unfinished_.end(), std::back_inserter(found),
                [&](const auto& each) { return isPurchasing(each->entry()) == purchasing; });
   return found;
+}
+
+PaymentQueueEngine::TransactionPtr PaymentQueueEngine::find(std::int64_t identifier) const {
+  const auto found = std::find_if(
+      unfinished_.begin(), unfinished_.end(),
+      [&](const auto& transaction) { return transaction->entry().identifier == identifier; });
+  return found == unfinished_.end() ? nullptr : *found;
+}
+
+// Keeps the order in which transactions were added, also when other programs add some; those that
+// the ledger refused come last.
+void PaymentQueueEngine::insert(const TransactionPtr& transaction) {
+  const auto place = [](const TransactionPtr& each) {
+    return static_cast<std::uint64_t>(each->entry().identifier);
+  };
+  const auto behind =
+      std::upper_bound(unfinished_.begin(), unfinished_.end(), transaction,
+                       [&](const auto& a, const auto& b) { return place(a) < place(b); });
+  unfinished_.insert(behind, transaction);
+}
+
+void PaymentQueueEngine::report(const Changes& changes) {
+  const auto run = run_;
+  reportUpdated(changes.updated);
+  if (run == run_) reportRemoved(changes.removed);
+}
+
+void PaymentQueueEngine::reportRemoved(const Transactions& transactions) {
+  if (transactions.empty()) return;
+  observers_.notify([batch = asPlatform(transactions)](SKPaymentTransactionObserver& observer) {
+    observer.paymentQueueRemovedTransactions(batch);
+  });
 }
 
 void PaymentQueueEngine::reportUpdated(const Transactions& transactions) {

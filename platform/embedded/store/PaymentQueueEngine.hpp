@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -10,6 +11,7 @@
 #include "platform/StoreKit/SKPaymentTransactionObserver.hpp"
 #include "platform/embedded/store/LedgerTransaction.hpp"
 #include "platform/embedded/store/ObserverList.hpp"
+#include "platform/embedded/store/Scenario.hpp"
 
 namespace StoreKit {
 
@@ -18,8 +20,9 @@ class EmbeddedStore;
 /// The payment queue of the embedded store: one small step per turn of the main queue.
 ///
 /// Every operation only writes down what is to be done; a step then does it, in this order: it
-/// changes the entries, commits them to the ledger, and only then tells the observers. Steps that
-/// have something to report wait while there is no observer.
+/// changes the entries, commits them to the ledger, and only then tells the observers. While there
+/// is no observer, everything waits for the next one, except a finish: it is committed, and nobody
+/// is told.
 /// Thread: main.
 class PaymentQueueEngine {
  public:
@@ -39,34 +42,52 @@ class PaymentQueueEngine {
   void restore(const std::optional<std::string>& applicationUsername);
   [[nodiscard]] SKPaymentTransactions transactions() const;
 
+  /// Reports what other programs have changed in the ledger since it was last looked at.
+  void absorbChanges();
+
  private:
   using TransactionPtr = std::shared_ptr<LedgerTransaction>;
   using Transactions = std::vector<TransactionPtr>;
+  struct Changes {
+    Transactions updated;
+    Transactions removed;
+  };
 
   // Runs `step` in a later turn, unless a new run has begun by then.
   void later(std::function<void()> step);
 
   void deliverBacklog();
+  void reportResumed();
   void beginPurchases();
   void settlePurchases();
   void removeFinished();
-  void replayPurchases();
-  void replayFor(const std::optional<std::string>& applicationUsername);
+  void beginRestore();
+  void endRestore();
 
   [[nodiscard]] TransactionPtr makeTransaction(LedgerEntry entry) const;
-  [[nodiscard]] LedgerEntry outcome(LedgerEntry entry) const;
-  [[nodiscard]] std::vector<LedgerEntry> restorable(
+  [[nodiscard]] LedgerEntry outcome(LedgerEntry entry, Scenario& scenario) const;
+  [[nodiscard]] LedgerEntries restorable(
       const std::optional<std::string>& applicationUsername) const;
   [[nodiscard]] Transactions inState(bool purchasing) const;
+  [[nodiscard]] TransactionPtr find(std::int64_t identifier) const;
+  [[nodiscard]] Changes merge(const LedgerEntries& entries);
+  [[nodiscard]] Changes mergeLedger();
+  void insert(const TransactionPtr& transaction);
   void reportUpdated(const Transactions& transactions);
+  void reportRemoved(const Transactions& transactions);
+  void report(const Changes& changes);
 
   EmbeddedStore& store_;
   ObserverList observers_;
   Transactions unfinished_;  // in the order in which they were added
   std::vector<SKPayment::Values> addedPayments_;
   std::vector<std::int64_t> finishedIdentifiers_;
-  std::vector<std::optional<std::string>> restoreRequests_;
+  Transactions resumed_;  // begun in an earlier run, and not reported in this one yet
+  std::deque<std::optional<std::string>> restoreRequests_;
+  std::optional<Ledger::Failure> restoreEnd_;  // how the restore under way is going to end
   bool backlogDelivered_ = false;
+  std::int64_t mergedRevision_ = 0;  // how far the ledger's changes are known here
+  std::int64_t lastUnrecorded_ = 0;  // transactions that the ledger refused count downwards
   std::uint64_t run_ = 0;
 };
 

@@ -32,37 +32,37 @@ enum class ProductType {
 struct StoreConfiguration {
   /// A text of a product in one language.
   struct Localization {
-    std::string locale;  ///< as the file writes it: "en_US", "zh_Hans", "zh-Hans"
-    std::string displayName;
-    std::string description;
+    std::string locale{};  ///< as the file writes it: "en_US", "zh_Hans", "zh-Hans"
+    std::string displayName{};
+    std::string description{};
   };
 
   /// An offer that StoreKit 1 shows: the introductory one, or a promotional one.
   struct Offer {
-    std::string offerID;               ///< empty for an introductory offer
-    Foundation::Decimal displayPrice;  ///< 0 for a free one, whatever the file says
+    std::string offerID{};               ///< empty for an introductory offer
+    Foundation::Decimal displayPrice{};  ///< 0 for a free one, whatever the file says
     SKProductDiscountPaymentMode paymentMode = SKProductDiscountPaymentMode::freeTrial;
-    SKProductSubscriptionPeriod subscriptionPeriod;
+    SKProductSubscriptionPeriod subscriptionPeriod{};
     std::uint64_t numberOfPeriods = 1;
   };
 
   /// What only an auto-renewable subscription has.
   struct Subscription {
-    std::string groupID;
+    std::string groupID{};
     std::int64_t groupNumber = 1;  ///< level of service; 1 is the highest
-    SKProductSubscriptionPeriod recurringPeriod;
-    std::optional<Offer> introductoryOffer;
-    std::vector<Offer> adHocOffers;  ///< promotional offers
+    SKProductSubscriptionPeriod recurringPeriod{};
+    std::optional<Offer> introductoryOffer{};
+    std::vector<Offer> adHocOffers{};  ///< promotional offers
   };
 
   struct Product {
-    std::string productID;
+    std::string productID{};
     ProductType type = ProductType::consumable;
-    Foundation::Decimal displayPrice;  ///< in the storefront's currency, major units
-    std::string referenceName;         ///< the developer's own name for it; may be empty
+    Foundation::Decimal displayPrice{};  ///< in the storefront's currency, major units
+    std::string referenceName{};         ///< the developer's own name for it; may be empty
     bool familyShareable = false;
-    std::vector<Localization> localizations;
-    std::optional<Subscription> subscription;
+    std::vector<Localization> localizations{};
+    std::optional<Subscription> subscription{};
   };
 
   struct Settings {
@@ -80,8 +80,8 @@ struct StoreConfiguration {
 
   /// Products, then non-renewing subscriptions, then the subscriptions group by group, each in file
   /// order; of several entries with one identifier only the first.
-  std::vector<Product> products;
-  Settings settings;
+  std::vector<Product> products{};
+  Settings settings{};
 };
 
 /// Something in a configuration file that is not as it should be.
@@ -92,11 +92,11 @@ struct ConfigurationProblem {
   };
 
   Severity severity = Severity::error;
-  std::string file;
+  std::string file{};
   /// Where in the file: a JSON pointer ("/products/0/displayPrice"), "line 12, column 5" where the
   /// text is not JSON, or empty when it is the file as a whole.
-  std::string place;
-  std::string message;  ///< what is wrong there, and what follows from it
+  std::string place{};
+  std::string message{};  ///< what is wrong there, and what follows from it
 
   /// "FILE: PLACE: MESSAGE", as it is shown to a person.
   [[nodiscard]] std::string description() const;
@@ -105,9 +105,9 @@ struct ConfigurationProblem {
 /// The outcome of reading a configuration file.
 struct ConfigurationReading {
   /// Absent when the file is refused; then the last problem says why.
-  std::optional<StoreConfiguration> configuration;
+  std::optional<StoreConfiguration> configuration{};
   /// Every problem, in the order of the file.
-  std::vector<ConfigurationProblem> problems;
+  std::vector<ConfigurationProblem> problems{};
 };
 
 /// The largest configuration file that is read: 64 MiB. The largest real one seen has 14 KB.

@@ -4,6 +4,8 @@
 
 #include "platform/embedded/store/MemoryLedger.hpp"
 #include "platform/embedded/store/Storefront.hpp"
+#include "platform/embedded/store/ledger/LedgerPlace.hpp"
+#include "platform/embedded/store/ledger/SqliteLedger.hpp"
 
 namespace StoreKit {
 
@@ -13,14 +15,16 @@ Scenario& scenario() { return EmbeddedStore::current().scenario(); }
 
 }  // namespace
 
-StoreSession::Opening StoreSession::open(const std::string& path, StoreSources sources) {
+StoreSession::Opening StoreSession::open(const std::string& path, Options options) {
   auto reading = readConfiguration(path);
   Opening opening;
   opening.problems = std::move(reading.problems);
-  if (reading.configuration) {
-    opening.session =
-        std::make_unique<StoreSession>(std::move(*reading.configuration), std::move(sources));
-  }
+  if (!reading.configuration) return opening;
+  auto ledger = SqliteLedger::open(options.ledger.empty() ? ledgerPathFor(path) : options.ledger);
+  opening.ledgerError = std::move(ledger.error);
+  if (!ledger.ledger) return opening;
+  opening.session = std::make_unique<StoreSession>(
+      std::move(*reading.configuration), std::move(options.sources), std::move(ledger.ledger));
   return opening;
 }
 

@@ -24,18 +24,29 @@ namespace StoreKit {
 /// Thread: main.
 class StoreSession {
  public:
-  struct Opening {
-    /// Null when the configuration was refused; the store that was open before is then untouched.
-    std::unique_ptr<StoreSession> session;
-    /// Everything that is odd about the file, in its order.
-    std::vector<ConfigurationProblem> problems;
+  struct Options {
+    /// The ledger file, or ":memory:" for a ledger that ends with the process. Empty: what
+    /// `ledgerPathFor` says, which lasts from run to run.
+    std::string ledger{};
+    StoreSources sources{};
   };
 
-  /// Opens the configuration file `path`, with a ledger in memory.
-  [[nodiscard]] static Opening open(const std::string& path, StoreSources sources = {});
+  struct Opening {
+    /// Null when the configuration or the ledger was refused; the store that was open before is
+    /// then untouched.
+    std::unique_ptr<StoreSession> session{};
+    /// Everything that is odd about the configuration, in its order.
+    std::vector<ConfigurationProblem> problems{};
+    /// Why the ledger was refused; empty when it was not.
+    std::string ledgerError{};
+  };
+
+  /// Opens the configuration file `path` and its ledger.
+  [[nodiscard]] static Opening open(const std::string& path) { return open(path, Options()); }
+  [[nodiscard]] static Opening open(const std::string& path, Options options);
 
   /// Opens a configuration that is there already. `ledger` keeps the transactions; without one they
-  /// last as long as the process.
+  /// end with the process.
   explicit StoreSession(StoreConfiguration configuration, StoreSources sources = {},
                         std::unique_ptr<Ledger> ledger = nullptr);
 

@@ -1,0 +1,132 @@
+#include "platform/embedded/store/ledger/LedgerFile.hpp"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+namespace StoreKit::detail {
+
+namespace {
+
+using Foundation::detail::SqliteDatabase;
+using Foundation::detail::SqliteError;
+using Foundation::detail::SqliteStatement;
+using Foundation::detail::SqliteTransaction;
+
+// The header of a SQLite file, by its published format: numbers are big-endian.
+constexpr std::size_t kHeaderSize = 100;
+constexpr std::size_t kPageSizeAt = 16;
+constexpr std::size_t kPageCountAt = 28;
+constexpr std::size_t kUserVersionAt = 60;
+constexpr std::size_t kApplicationIdAt = 68;
+constexpr char kMagic[] = "SQLite format 3";  // with its NUL
+
+constexpr const char* kTables = R"(
+CREATE TABLE entry(
+  identifier INTEGER PRIMARY KEY AUTOINCREMENT,
+  revision INTEGER NOT NULL,
+  state INTEGER NOT NULL,
+  finished INTEGER NOT NULL,
+  owner INTEGER,
+  product TEXT NOT NULL,
+  quantity INTEGER NOT NULL,
+  request_data BLOB,
+  username TEXT,
+  asks_to_buy INTEGER NOT NULL,
+  discount TEXT,
+  transaction_identifier TEXT,
+  transaction_date REAL,
+  error TEXT,
+  original INTEGER);
+CREATE INDEX unfinished ON entry(identifier) WHERE finished = 0;
+CREATE INDEX purchases ON entry(identifier) WHERE finished = 1 AND state = 1;
+CREATE INDEX revisions ON entry(revision);
+CREATE TABLE counter(name TEXT PRIMARY KEY, value INTEGER NOT NULL) WITHOUT ROWID;
+INSERT INTO counter VALUES('revision', 0), ('owner', 0);
+)";
+
+[[noreturn]] void refuse(const std::string& path, const std::string& reason) {
+  throw SqliteError(SQLITE_NOTADB, path + ": " + reason);
+}
+
+using Header = std::array<unsigned char, kHeaderSize>;
+
+std::uint32_t number(const Header& header, std::size_t at) {
+  return std::uint32_t{header[at]} << 24U | std::uint32_t{header[at + 1]} << 16U |
+         std::uint32_t{header[at + 2]} << 8U | std::uint32_t{header[at + 3]};
+}
+
+std::uint64_t pageSize(const Header& header) {
+  const auto size = std::uint64_t{header[kPageSizeAt]} << 8U | header[kPageSizeAt + 1];
+  return size == 1 ? 65536 : size;
+}
+
+// Absent for a file that is missing or empty.
+std::optional<Header> readHeader(const std::string& path) {
+  std::error_code error;
+  const auto status = std::filesystem::status(path, error);
+  if (!std::filesystem::exists(status)) return std::nullopt;
+  if (!std::filesystem::is_regular_file(status)) refuse(path, "is not a file");
+  std::ifstream file(path, std::ios::binary);
+  if (!file) refuse(path, std::strerror(errno));
+  Header header{};
+  file.read(reinterpret_cast<char*>(header.data()), kHeaderSize);
+  if (file.gcount() == 0) return std::nullopt;
+  if (file.gcount() < std::streamsize{kHeaderSize}) refuse(path, "is not a ledger");
+  return header;
+}
+
+void check(const std::string& path, const Header& header) {
+  const bool ours = std::memcmp(header.data(), kMagic, sizeof kMagic) == 0 &&
+                    number(header, kApplicationIdAt) == kLedgerApplicationId;
+  if (!ours) refuse(path, "is not a ledger");
+  const auto version = number(header, kUserVersionAt);
+  if (version > kLedgerVersion) {
+    refuse(path, "is a ledger of version " + std::to_string(version) +
+                     ", written by a newer program; this one reads up to version " +
+                     std::to_string(kLedgerVersion));
+  }
+  const auto expected = pageSize(header) * number(header, kPageCountAt);
+  const auto size = std::filesystem::file_size(path);
+  if (size < expected) {
+    refuse(path, "was cut short: it has " + std::to_string(size) + " of " +
+                     std::to_string(expected) + " bytes");
+  }
+}
+
+bool hasTables(SqliteDatabase& database) {
+  SqliteStatement version(database, "PRAGMA application_id");
+  return version.next() && version.integer(0) == kLedgerApplicationId;
+}
+
+// In the rollback mode that a new file begins with, so that the header says what the file is from
+// the first moment. Of several processes at once, one makes the tables.
+void makeTables(SqliteDatabase& database) {
+  if (hasTables(database)) return;
+  SqliteTransaction transaction(database);
+  if (hasTables(database)) return;
+  database.execute(kTables);
+  database.execute(("PRAGMA application_id = " + std::to_string(kLedgerApplicationId)).c_str());
+  database.execute(("PRAGMA user_version = " + std::to_string(kLedgerVersion)).c_str());
+  transaction.commit();
+}
+
+}  // namespace
+
+std::unique_ptr<SqliteDatabase> openLedgerFile(const std::string& path) {
+  const bool inMemory = path == ":memory:";
+  if (!inMemory) {
+    if (const auto header = readHeader(path)) check(path, *header);
+  }
+  auto database =
+      std::make_unique<SqliteDatabase>(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  makeTables(*database);
+  // Checkpoints are made when the store is idle: no purchase waits for one.
+  database->execute("PRAGMA journal_mode = WAL; PRAGMA wal_autocheckpoint = 0;");
+  return database;
+}
+
+}  // namespace StoreKit::detail
