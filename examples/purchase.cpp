@@ -59,7 +59,8 @@ void fetchAndBuy(const std::string& productId) {
       return Dispatch::MainLoop::stop();
     }
     const auto& product = *response.valids().begin();
-    say("fetched:  " + product->localizedTitle() + ", " + regularPrice(*product).value_or("no price"));
+    say("fetched:  " + product->localizedTitle() + ", " +
+        regularPrice(*product).value_or("no price"));
     buy(product);
   });
 }

@@ -42,8 +42,8 @@ void grantWhatWasPaidFor(const std::vector<TQPurchase>& purchases) {
 
 std::string describe(const StoreKit::SKProduct& product) {
   auto text = product.localizedTitle() + ": " + regularPrice(product).value_or("no price");
-  if (product.subscriptionPeriod()) {
-    text += " / " + localizedSubscriptionPeriod(*product.subscriptionPeriod());
+  if (const auto& period = product.subscriptionPeriod()) {
+    text += " / " + localizedSubscriptionPeriod(*period);
   }
   if (const auto& offer = product.introductoryPrice()) {
     text += " (" + localizedPrice(*offer).value_or("") + " / " +

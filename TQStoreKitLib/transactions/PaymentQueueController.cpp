@@ -113,7 +113,7 @@ void PaymentQueueController::paymentQueueUpdatedTransactions(
   if (std::all_of(transactions.begin(), transactions.end(), isPurchasing)) return;
   // A callback may destroy this object and the caller's list: neither is used once the first
   // controller has run.
-  const auto batch = transactions;
+  const auto batch = transactions;  // NOLINT(performance-unnecessary-copy-initialization)
   const auto payments = paymentsController_;
   const auto restore = restorePurchasesController_;
   const auto complete = completeTransactionsController_;

@@ -70,7 +70,8 @@ StoreKit::SKPaymentTransactions TQPaymentsController::processTransactions(
 bool TQPaymentsController::processTransaction(const StoreKit::SKPaymentTransactionPtr& transaction,
                                               TQPaymentQueue& paymentQueue) {
   const auto keepAlive = weak_from_this().lock();
-  const auto held = transaction;
+  // The caller's pointer may be changed by the callback.
+  const auto held = transaction;  // NOLINT(performance-unnecessary-copy-initialization)
   return resolve(held, paymentQueue);
 }
 

@@ -9,8 +9,6 @@ namespace Foundation {
 
 namespace {
 
-using icu::number::LocalizedNumberFormatter;
-
 // A locale of a region brings its currency along; one that names none has the currency that stands
 // for "no currency".
 icu::CurrencyUnit currencyOf(const Locale& locale, UErrorCode& status) {

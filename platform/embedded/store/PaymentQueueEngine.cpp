@@ -192,7 +192,8 @@ void PaymentQueueEngine::beginRestore() {
 
 void PaymentQueueEngine::endRestore() {
   if (observers_.isEmpty() || !restoreEnd_) return;
-  const auto failure = *std::exchange(restoreEnd_, std::nullopt);
+  const auto failure = restoreEnd_.value_or(std::nullopt);
+  restoreEnd_.reset();
   later([this] { beginRestore(); });
   observers_.notify([&](SKPaymentTransactionObserver& observer) {
     if (failure) {
