@@ -76,6 +76,7 @@ int main(int argc, char** argv) {
   for (const auto& problem : opening.problems) {
     std::fprintf(stderr, "%s\n", problem.description().c_str());
   }
+  if (!opening.ledgerError.empty()) std::fprintf(stderr, "%s\n", opening.ledgerError.c_str());
   if (!opening.session) return 2;
 
   const auto listening = listen();

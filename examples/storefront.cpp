@@ -2,7 +2,7 @@
 // one file. On an iPhone only main() differs: the application's run loop is there already, and
 // there is no store to open.
 //
-//     example_storefront shop.storekit [--storefront BRA] [--locale pt_BR] [--buy PRODUCT]
+//     example_storefront shop.storekit BRA pt_BR [PRODUCT TO BUY]
 
 #include <cstdio>
 #include <string>
@@ -94,33 +94,27 @@ void launch(const std::string& productToBuy) {
   });
 }
 
-// The value behind `name` on the command line; empty when it is not there.
-std::string option(const std::vector<std::string>& arguments, const std::string& name) {
-  for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
-    if (arguments[i] == name) return arguments[i + 1];
-  }
-  return "";
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::vector<std::string> arguments(argv, argv + argc);
-  auto opening = StoreKit::StoreSession::open(argc > 1 ? arguments[1] : "");
-  for (const auto& problem : opening.problems) say(problem.description());
-  if (!opening.session) return 2;
-  if (const auto locale = option(arguments, "--locale"); !locale.empty()) {
-    opening.session->setLocale(locale);
-    Foundation::setCurrentLocale(Foundation::Locale(locale));
-  }
-  const auto country = option(arguments, "--storefront");
-  if (!country.empty() && !opening.session->setStorefront(country)) {
-    say("there is no country " + country);
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  if (arguments.size() < 3) {
+    say("usage: example_storefront CONFIGURATION COUNTRY LOCALE [PRODUCT TO BUY]");
     return 2;
   }
+  auto opening = StoreKit::StoreSession::open(arguments[0]);
+  for (const auto& problem : opening.problems) say(problem.description());
+  if (!opening.ledgerError.empty()) say(opening.ledgerError);
+  if (!opening.session) return 2;
+  if (!opening.session->setStorefront(arguments[1])) {
+    say("there is no country " + arguments[1]);
+    return 2;
+  }
+  opening.session->setLocale(arguments[2]);
+  Foundation::setCurrentLocale(Foundation::Locale(arguments[2]));
 
-  say(opening.session->storefront() + ", " + opening.session->locale());
-  launch(option(arguments, "--buy"));
+  say(arguments[1] + ", " + arguments[2]);
+  launch(arguments.size() > 3 ? arguments[3] : "");
   Dispatch::MainLoop::run();
   while (Dispatch::MainLoop::drain() > 0) {
     // The library still finishes the transaction.
