@@ -5,6 +5,7 @@ find_package(Threads REQUIRED)
 find_package(ICU REQUIRED COMPONENTS i18n uc)
 find_package(nlohmann_json REQUIRED)
 find_package(SQLite3 REQUIRED)
+find_package(simdjson REQUIRED)
 
 if(TQSTOREKIT_TOOLS)
   find_package(CLI11 REQUIRED)
@@ -14,4 +15,5 @@ if(TQSTOREKIT_TESTS)
 endif()
 if(TQSTOREKIT_BENCHMARKS)
   find_package(benchmark REQUIRED)
+  find_package(Qt5 QUIET COMPONENTS Core)  # optional: one row compares with its settings
 endif()

@@ -1,0 +1,144 @@
+#include "platform/Foundation/Decoder.hpp"
+
+#include "platform/Foundation/NumberText.hpp"
+
+namespace Foundation {
+
+namespace {
+
+std::string_view nameOf(JSONKind kind) {
+  switch (kind) {
+    case JSONKind::null:
+      return "null";
+    case JSONKind::boolean:
+      return "a boolean";
+    case JSONKind::number:
+      return "a number";
+    case JSONKind::text:
+      return "text";
+    case JSONKind::list:
+      return "a list";
+    case JSONKind::object:
+      return "an object";
+  }
+  return "something else";
+}
+
+std::string rangeText(const std::string& lowest, const std::string& highest) {
+  return "expected an integer from " + lowest + " to " + highest + ", found another number";
+}
+
+}  // namespace
+
+void Decoder::fail(std::string_view message) {
+  if (hasFailed()) return;
+  failure_ = path_.description();
+  if (!failure_.empty()) failure_ += ": ";
+  failure_ += message.empty() ? "can't be decoded" : message;
+}
+
+void Decoder::failMissing(std::string_view key) {
+  if (hasFailed()) return;
+  path_.enterObject();
+  path_.nextField(key);
+  fail("is missing");
+}
+
+// Text that is no JSON explains every failure to read.
+bool Decoder::check(bool wasRead, std::string_view message) {
+  if (!wasRead) fail(reader_.problem().empty() ? message : reader_.problem());
+  return wasRead;
+}
+
+JSONKind Decoder::kind() {
+  if (hasFailed()) return JSONKind::null;
+  const auto kind = reader_.kind();
+  check(kind.has_value(), "");
+  return kind.value_or(JSONKind::null);
+}
+
+bool Decoder::expect(JSONKind wanted, std::string_view name) {
+  const auto found = kind();
+  if (hasFailed()) return false;
+  if (found == wanted) return true;
+  fail("expected " + std::string(name) + ", found " + std::string(nameOf(found)));
+  return false;
+}
+
+bool Decoder::takeNull() {
+  return kind() == JSONKind::null && !hasFailed() && check(reader_.readNull(), "");
+}
+
+void Decoder::boolean(bool& value) {
+  if (expect(JSONKind::boolean, "a boolean")) check(reader_.readBoolean(value), "");
+}
+
+void Decoder::number(JSONNumber& value) {
+  if (expect(JSONKind::number, "a number")) check(reader_.readNumber(value), "");
+}
+
+void Decoder::integer(std::int64_t& value, std::int64_t lowest, std::int64_t highest) {
+  JSONNumber number;
+  if (!expect(JSONKind::number, "an integer") || !check(reader_.readNumber(number), "")) return;
+  if (!fits(number, value) || value < lowest || value > highest) {
+    fail(rangeText(std::to_string(lowest), std::to_string(highest)));
+  }
+}
+
+void Decoder::unsignedInteger(std::uint64_t& value, std::uint64_t highest) {
+  JSONNumber number;
+  if (!expect(JSONKind::number, "an integer") || !check(reader_.readNumber(number), "")) return;
+  if (!fits(number, value) || value > highest) fail(rangeText("0", std::to_string(highest)));
+}
+
+void Decoder::floating(double& value, double highest) {
+  JSONNumber number;
+  this->number(number);
+  if (hasFailed()) return;
+  value = doubleOf(number);
+  if (value < -highest || value > highest) fail("the number is beyond " + textFromDouble(highest));
+}
+
+void Decoder::text(std::string& value) {
+  if (expect(JSONKind::text, "text")) check(reader_.readText(value), "");
+}
+
+// Leaves the list or object when it is at its end, or fails when it can't go on.
+bool Decoder::step(bool isAtValue) {
+  if (isAtValue) return true;
+  if (!check(reader_.problem().empty(), "")) return false;
+  path_.leave();
+  return false;
+}
+
+void Decoder::beginList() {
+  if (expect(JSONKind::list, "a list") && check(reader_.enterList(), "")) path_.enterList();
+}
+
+bool Decoder::nextElement() {
+  if (hasFailed() || !step(reader_.nextElement())) return false;
+  path_.nextElement();
+  return true;
+}
+
+void Decoder::beginObject() {
+  if (expect(JSONKind::object, "an object") && check(reader_.enterObject(), "")) {
+    path_.enterObject();
+  }
+}
+
+bool Decoder::nextField() {
+  if (hasFailed() || !step(reader_.nextField())) return false;
+  path_.nextField(reader_.key());
+  return true;
+}
+
+void Decoder::skip() {
+  if (!hasFailed()) check(reader_.skip(), "");
+}
+
+void Decoder::finish() {
+  if (!hasFailed()) check(reader_.isAtEnd(), "the text goes on behind the value");
+}
+
+}  // namespace Foundation
