@@ -7,3 +7,5 @@
 #include "TQStoreKitLib/manager/TQStoreKitManager.hpp"
 #include "TQStoreKitLib/products/ProductPricing.hpp"
 #include "TQStoreKitLib/transactions/TQStoreKit.hpp"
+#include "TQStoreKitLib/utilities/CodableDefaults.hpp"
+#include "TQStoreKitLib/utilities/OptionalString.hpp"

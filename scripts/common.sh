@@ -34,7 +34,7 @@ quietly() {
 # The stores of our programs and tests are their own: what the caller's environment names stays out.
 use_own_stores() {
   unset TQSTORE_CONFIG
-  export TQSTORE_LEDGER=:memory:
+  export TQSTORE_LEDGER=:memory: TQSTORE_DEFAULTS="$PWD/build/defaults"
 }
 
 # is_configured PRESET: ninja re-runs cmake by itself, so one time is enough; a run for CI also
