@@ -12,8 +12,9 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
   for (const auto& run : runs) {
     if (run.error_occurred) std::printf("error: %s\n", run.error_message.c_str());
     if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
-    rows_[{run.family_index, run.per_family_instance_index}] = {run.run_name.str(),
-                                                                run.GetAdjustedCPUTime()};
+    const bool isReal = !run.run_name.time_type.empty();
+    rows_[{run.family_index, run.per_family_instance_index}] = {
+        run.run_name.str(), isReal ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime()};
   }
 }
 

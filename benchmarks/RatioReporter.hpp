@@ -12,7 +12,8 @@
 ///
 /// A benchmark is registered under "SUBJECT/ours", its alternative under "SUBJECT/bare"; both may
 /// have arguments behind that. Each is run several times in random order, and the medians are
-/// compared: a ratio of 1.20 says that ours takes a fifth longer.
+/// compared: a ratio of 1.20 says that ours takes a fifth longer. What is registered with real time
+/// is compared by it, all else by the processor's.
 class RatioReporter final : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context& context) override;
