@@ -31,7 +31,9 @@
 ///     template <>
 ///     struct Foundation::Codable<Version> {
 ///       static void encode(Encoder& encoder, const Version& version) {
-///       encoder.text(version.text()); } static void decode(Decoder& decoder, Version& version) {
+///         encoder.text(version.text());
+///       }
+///       static void decode(Decoder& decoder, Version& version) {
 ///         std::string text;
 ///         decoder.text(text);
 ///         if (!version.parse(text)) decoder.fail("is no version");
