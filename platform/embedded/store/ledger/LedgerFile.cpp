@@ -52,6 +52,12 @@ INSERT INTO counter VALUES('revision', 0), ('owner', 0);
   throw SqliteError(SQLITE_NOTADB, path + ": " + reason);
 }
 
+[[noreturn]] void refuseVersion(const std::string& path, std::int64_t version) {
+  refuse(path, "is a ledger of version " + std::to_string(version) +
+                   ", written by a newer program; this one reads up to version " +
+                   std::to_string(kLedgerVersion));
+}
+
 using Header = std::array<unsigned char, kHeaderSize>;
 
 std::uint32_t number(const Header& header, std::size_t at) {
@@ -84,12 +90,22 @@ void check(const std::string& path, const Header& header) {
                     number(header, kApplicationIdAt) == kLedgerApplicationId;
   if (!ours) refuse(path, "is not a ledger");
   const auto version = number(header, kUserVersionAt);
-  if (version > kLedgerVersion) {
-    refuse(path, "is a ledger of version " + std::to_string(version) +
-                     ", written by a newer program; this one reads up to version " +
-                     std::to_string(kLedgerVersion));
-  }
-  const auto expected = pageSize(header) * number(header, kPageCountAt);
+  if (version > kLedgerVersion) refuseVersion(path, version);
+}
+
+// A log or a journal beside the file may hold what the file has not got yet: somebody is writing,
+// or was killed doing so.
+bool hasLog(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::exists(path + "-wal", error) ||
+         std::filesystem::exists(path + "-journal", error);
+}
+
+void checkWhole(const std::string& path) {
+  if (hasLog(path)) return;
+  const auto header = readHeader(path);  // once more: a writer may just have ended
+  if (!header) return;
+  const auto expected = pageSize(*header) * number(*header, kPageCountAt);
   const auto size = std::filesystem::file_size(path);
   if (size < expected) {
     refuse(path, "was cut short: it has " + std::to_string(size) + " of " +
@@ -100,6 +116,15 @@ void check(const std::string& path, const Header& header) {
 bool hasTables(SqliteDatabase& database) {
   SqliteStatement version(database, "PRAGMA application_id");
   return version.next() && version.integer(0) == kLedgerApplicationId;
+}
+
+// An upgrade may still be in the log, where the header does not tell. Closing leaves it there.
+void checkVersion(SqliteDatabase& database, const std::string& path) {
+  SqliteStatement statement(database, "PRAGMA user_version");
+  const auto version = statement.next() ? statement.integer(0) : 0;
+  if (version <= kLedgerVersion) return;
+  sqlite3_db_config(database.handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  refuseVersion(path, version);
 }
 
 // In the rollback mode that a new file begins with, so that the header says what the file is from
@@ -117,12 +142,17 @@ void makeTables(SqliteDatabase& database) {
 }  // namespace
 
 std::unique_ptr<SqliteDatabase> openLedgerFile(const std::string& path) {
+  if (path.empty()) refuse("ledger", "has no name");
   const bool inMemory = path == ":memory:";
   if (!inMemory) {
-    if (const auto header = readHeader(path)) check(path, *header);
+    if (const auto header = readHeader(path)) {
+      check(path, *header);
+      checkWhole(path);
+    }
   }
   auto database =
       std::make_unique<SqliteDatabase>(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  checkVersion(*database, path);
   makeTables(*database);
   // Checkpoints are made when the store is idle: no purchase waits for one.
   database->execute("PRAGMA journal_mode = WAL; PRAGMA wal_autocheckpoint = 0;");

@@ -15,9 +15,25 @@ using Foundation::detail::SqliteDatabase;
 using Foundation::detail::SqliteError;
 using Foundation::detail::SqliteStatement;
 
+constexpr int kPatienceInMilliseconds = 10'000;
 constexpr auto kBetweenLooks = 25ms;
 // So many looks without a change, and the ledger is idle.
 constexpr int kLooksUntilIdle = 20;
+
+// First what takes time, and keeps nobody from writing; then the log is emptied, unless somebody
+// has begun to write. An emptied one has no old frames that a power cut could bring back among the
+// first new ones, which are not synchronised. What fails is tried again after the next change.
+void checkpoint(SqliteDatabase& database) {
+  auto* const handle = database.handle();
+  int frames = 0;
+  int moved = 0;
+  const int status =
+      sqlite3_wal_checkpoint_v2(handle, nullptr, SQLITE_CHECKPOINT_PASSIVE, &frames, &moved);
+  if (status != SQLITE_OK || frames != moved) return;
+  sqlite3_busy_timeout(handle, 0);
+  sqlite3_wal_checkpoint_v2(handle, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
+  sqlite3_busy_timeout(handle, kPatienceInMilliseconds);
+}
 
 }  // namespace
 
@@ -41,6 +57,7 @@ bool LedgerWatch::waitForNextLook() {
 void LedgerWatch::run() {
   try {
     SqliteDatabase database(path_, SQLITE_OPEN_READWRITE);
+    database.execute("PRAGMA synchronous = FULL");
     SqliteStatement version(database, "PRAGMA data_version");
     std::int64_t seen = 0;
     int quietLooks = 0;
@@ -53,7 +70,7 @@ void LedgerWatch::run() {
         quietLooks = 0;
         changed_();
       } else if (++quietLooks == kLooksUntilIdle) {
-        database.execute("PRAGMA wal_checkpoint(PASSIVE)");
+        checkpoint(database);
       }
     }
   } catch (const SqliteError& error) {

@@ -1,6 +1,7 @@
 #include "platform/embedded/store/ledger/SqliteLedger.hpp"
 
 #include <exception>
+#include <filesystem>
 #include <utility>
 
 #include "platform/Foundation/Print.hpp"
@@ -57,6 +58,43 @@ std::int64_t raise(SqliteDatabase& database, std::string_view counter) {
   return value;
 }
 
+// Commits do not wait for the disk while this lives. What closes the database afterwards, and may
+// bring the log into the file and remove it, waits again.
+class Relaxation {
+ public:
+  Relaxation(SqliteDatabase& database, bool wanted) : database_(database), wanted_(wanted) {
+    if (wanted_) database_.execute("PRAGMA synchronous = OFF");
+  }
+  ~Relaxation() {
+    if (wanted_) {
+      sqlite3_exec(database_.handle(), "PRAGMA synchronous = FULL", nullptr, nullptr, nullptr);
+    }
+  }
+  Relaxation(const Relaxation&) = delete;
+  Relaxation& operator=(const Relaxation&) = delete;
+
+ private:
+  SqliteDatabase& database_;
+  bool wanted_;
+};
+
+// Makes a statement ready again, also when what was read cannot be understood.
+class Rewinding {
+ public:
+  explicit Rewinding(SqliteStatement& statement) : statement_(statement) {}
+  ~Rewinding() { statement_.reset(); }
+  Rewinding(const Rewinding&) = delete;
+  Rewinding& operator=(const Rewinding&) = delete;
+
+ private:
+  SqliteStatement& statement_;
+};
+
+// One name for one file, also after the program has changed its folder.
+std::string wholePath(const std::string& path) {
+  return path == ":memory:" ? path : std::filesystem::weakly_canonical(path).string();
+}
+
 std::int64_t newOwner(SqliteDatabase& database) {
   SqliteTransaction transaction(database);
   const auto owner = raise(database, "owner");
@@ -71,7 +109,9 @@ std::int64_t newOwner(SqliteDatabase& database) {
 class SqliteLedger::Implementation {
  public:
   explicit Implementation(const std::string& path)
-      : path_(path), database_(detail::openLedgerFile(path)) {}
+      : path_(wholePath(path)), database_(detail::openLedgerFile(path)) {
+    database_->execute("PRAGMA synchronous = FULL");
+  }
 
   void add(LedgerEntries& entries, Durability durability, const Complete& complete) {
     inTransaction(durability, [&](std::int64_t revision) {
@@ -113,11 +153,9 @@ class SqliteLedger::Implementation {
   }
 
   std::optional<LedgerEntry> find(std::int64_t identifier) {
-    find_.bind(identifier);
+    const Rewinding rewinding(find_.bind(identifier));
     if (!find_.next()) return std::nullopt;
-    auto entry = detail::readEntry(find_);
-    find_.reset();
-    return entry;
+    return detail::readEntry(find_);
   }
 
   LedgerEntries select(const std::string& condition) {
@@ -145,8 +183,7 @@ class SqliteLedger::Implementation {
   // itself: the log is one file.
   template <class Work>
   void inTransaction(Durability durability, const Work& work) {
-    const bool relaxed = durability == Durability::killedProcess;
-    database_->execute(relaxed ? "PRAGMA synchronous = OFF" : "PRAGMA synchronous = FULL");
+    const Relaxation relaxation(*database_, durability == Durability::killedProcess);
     SqliteTransaction transaction(*database_);
     work(raise(*database_, "revision"));
     transaction.commit();
@@ -158,6 +195,7 @@ class SqliteLedger::Implementation {
   }
 
   static LedgerEntries read(SqliteStatement& statement) {
+    const Rewinding rewinding(statement);
     LedgerEntries entries;
     while (statement.next()) entries.push_back(detail::readEntry(statement));
     return entries;
