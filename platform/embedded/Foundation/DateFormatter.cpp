@@ -1,7 +1,6 @@
 #include "platform/Foundation/DateFormatter.hpp"
 
 #include <unicode/calendar.h>
-#include <unicode/gregocal.h>
 #include <unicode/smpdtfmt.h>
 
 #include <memory>
@@ -24,10 +23,11 @@ std::unique_ptr<icu::TimeZone> timeZone(const std::string& identifier) {
 
 // What a text leaves open is that of midnight on 1 January 2000, as on the platform.
 void setDefaults(icu::Calendar& calendar, UErrorCode& status) {
-  icu::GregorianCalendar millennium(calendar.getTimeZone(), status);
-  millennium.clear();
-  millennium.set(2000, UCAL_JANUARY, 1);
-  calendar.setTime(millennium.getTime(status), status);
+  constexpr UDate kMillennium = 946'684'800'000;  // in UTC, milliseconds since 1970
+  int32_t offset = 0;
+  int32_t daylightSaving = 0;
+  calendar.getTimeZone().getOffset(kMillennium, true, offset, daylightSaving, status);
+  calendar.setTime(kMillennium - offset - daylightSaving, status);
 }
 
 }  // namespace
