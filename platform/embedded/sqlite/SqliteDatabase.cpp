@@ -1,12 +1,14 @@
 #include "platform/embedded/sqlite/SqliteDatabase.hpp"
 
+#include <chrono>
+#include <thread>
 #include <utility>
 
 namespace Foundation::detail {
 
 namespace {
 
-constexpr int kPatienceInMilliseconds = 10'000;
+constexpr std::chrono::milliseconds kPatience(10'000);
 
 }  // namespace
 
@@ -16,12 +18,26 @@ SqliteDatabase::SqliteDatabase(const std::string& path, int flags) : path_(path)
   handle_.reset(handle);
   if (status != SQLITE_OK) fail("cannot be opened");
   sqlite3_extended_result_codes(handle, 1);
-  sqlite3_busy_timeout(handle, kPatienceInMilliseconds);
+  sqlite3_busy_timeout(handle, static_cast<int>(kPatience.count()));
 }
 
 void SqliteDatabase::execute(const char* statements) {
   if (sqlite3_exec(handle(), statements, nullptr, nullptr, nullptr) != SQLITE_OK) {
     fail("refused a statement");
+  }
+}
+
+// While another program makes the same change, SQLite answers that the file is busy at once, whatever
+// its patience.
+void SqliteDatabase::useWriteAheadLog() {
+  const auto end = std::chrono::steady_clock::now() + kPatience;
+  for (;;) {
+    const int status =
+        sqlite3_exec(handle(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
+    if (status == SQLITE_OK) return;
+    const bool busy = (status & 0xFF) == SQLITE_BUSY;
+    if (!busy || std::chrono::steady_clock::now() > end) fail("refused a statement");
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
 }
 

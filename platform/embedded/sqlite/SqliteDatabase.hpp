@@ -32,6 +32,10 @@ class SqliteDatabase {
   /// Runs statements that give no rows.
   void execute(const char* statements);
 
+  /// Keeps changes in a log beside the file from now on, so that readers and a writer do not wait
+  /// for each other. Programs may do so at the same time.
+  void useWriteAheadLog();
+
   [[nodiscard]] sqlite3* handle() const { return handle_.get(); }
 
   /// Throws what the last operation failed with.

@@ -154,8 +154,9 @@ std::unique_ptr<SqliteDatabase> openLedgerFile(const std::string& path) {
       std::make_unique<SqliteDatabase>(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   checkVersion(*database, path);
   makeTables(*database);
+  database->useWriteAheadLog();
   // Checkpoints are made when the store is idle: no purchase waits for one.
-  database->execute("PRAGMA journal_mode = WAL; PRAGMA wal_autocheckpoint = 0;");
+  database->execute("PRAGMA wal_autocheckpoint = 0");
   return database;
 }
 

@@ -16,8 +16,8 @@ using State = SKPaymentTransactionState;
 
 class Neighbour {
  public:
-  explicit Neighbour(std::string path)
-      : path_(std::move(path)), ledger_(SqliteLedger::open(path_).ledger) {}
+  Neighbour(std::string path, std::unique_ptr<SqliteLedger> ledger)
+      : path_(std::move(path)), ledger_(std::move(ledger)) {}
 
   std::string answer(const std::string& order, const std::string& subject) {
     if (order == "add") return add(subject, State::purchased);
@@ -64,7 +64,12 @@ class Neighbour {
 
 int main(int argc, char** argv) {
   if (argc != 2) return 2;
-  Neighbour neighbour(argv[1]);
+  auto opening = SqliteLedger::open(argv[1]);
+  if (!opening.ledger) {
+    std::cerr << opening.error << '\n';
+    return 1;
+  }
+  Neighbour neighbour(argv[1], std::move(opening.ledger));
   for (std::string line; std::getline(std::cin, line);) {
     std::istringstream words(line);
     std::string order;
