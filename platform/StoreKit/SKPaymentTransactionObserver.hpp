@@ -39,6 +39,14 @@ class SKPaymentTransactionObserver {
                                                                const SKProductPtr& /*product*/) {
     return false;
   }
+
+  /// The user buys in another country from now on: prices that were fetched before are not the
+  /// right ones any more. From iOS 13.0 on.
+  virtual void paymentQueueDidChangeStorefront() {}
+
+  /// The user has lost what was bought: a refund, or the end of family sharing. From iOS 14.0 on.
+  virtual void paymentQueueDidRevokeEntitlements(
+      const std::vector<std::string>& /*productIdentifiers*/) {}
 };
 
 }  // namespace StoreKit

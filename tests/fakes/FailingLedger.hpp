@@ -17,6 +17,8 @@ class FailingLedger final : public StoreKit::Ledger {
     /// Every commit is refused with this while it is set.
     std::optional<Foundation::NSError> refusal{};
     std::shared_ptr<std::vector<std::string>> journal{};
+    /// So many of the next replacements find that somebody else was faster.
+    int conflicts = 0;
   };
 
   explicit FailingLedger(std::shared_ptr<Control> control) : control_(std::move(control)) {}
@@ -34,6 +36,16 @@ class FailingLedger final : public StoreKit::Ledger {
     write(entries);
     return ledger_.update(entries, durability);
   }
+  [[nodiscard]] Replacement replace(StoreKit::LedgerEntries& entries, Durability durability,
+                                    const Complete& complete = nullptr) override {
+    if (control_->refusal) return {.error = control_->refusal};
+    if (control_->conflicts > 0) {
+      --control_->conflicts;
+      return {.conflict = true};
+    }
+    write(entries);
+    return ledger_.replace(entries, durability, complete);
+  }
   [[nodiscard]] Failure adoptOrphans() override { return ledger_.adoptOrphans(); }
 
   [[nodiscard]] std::optional<StoreKit::LedgerEntry> find(std::int64_t identifier) const override {
@@ -44,6 +56,29 @@ class FailingLedger final : public StoreKit::Ledger {
     return ledger_.finishedPurchases();
   }
   [[nodiscard]] StoreKit::LedgerEntries all() const override { return ledger_.all(); }
+  [[nodiscard]] StoreKit::LedgerEntries runningPeriods() const override {
+    return ledger_.runningPeriods();
+  }
+  [[nodiscard]] std::optional<StoreKit::LedgerEntry> firstPeriod(
+      std::string_view group) const override {
+    return ledger_.firstPeriod(group);
+  }
+  [[nodiscard]] StoreKit::LedgerEntries untoldRefunds() const override {
+    return ledger_.untoldRefunds();
+  }
+  [[nodiscard]] Failure tellRefunds(std::int64_t revision) override {
+    return ledger_.tellRefunds(revision);
+  }
+  [[nodiscard]] StoreKit::LedgerSettings settings() const override { return ledger_.settings(); }
+  [[nodiscard]] std::int64_t settingsRevision() const override {
+    return ledger_.settingsRevision();
+  }
+  [[nodiscard]] Failure set(std::string_view setting,
+                            const std::optional<std::string>& value) override {
+    if (control_->refusal) return control_->refusal;
+    return ledger_.set(setting, value);
+  }
+  [[nodiscard]] Failure clearSettings() override { return ledger_.clearSettings(); }
   [[nodiscard]] StoreKit::LedgerEntries changedAfter(std::int64_t revision) const override {
     return ledger_.changedAfter(revision);
   }

@@ -25,7 +25,7 @@ SKPaymentQueue& SKPaymentQueue::defaultQueue() {
 }
 
 bool SKPaymentQueue::canMakePayments() {
-  return EmbeddedStore::current().scenario().canMakePayments;
+  return EmbeddedStore::current().settings().canMakePayments;
 }
 
 void SKPaymentQueue::addTransactionObserver(SKPaymentTransactionObserver& observer) {

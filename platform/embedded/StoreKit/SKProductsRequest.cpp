@@ -26,13 +26,6 @@ SKProductsResponse lookUp(const std::set<std::string>& identifiers, const Catalo
   return response;
 }
 
-Failure takeFailure(Scenario& scenario) {
-  if (scenario.productsFailures.empty()) return std::nullopt;
-  Failure failure = scenario.productsFailures.front();
-  scenario.productsFailures.pop_front();
-  return failure;
-}
-
 }  // namespace
 
 // Outlives its request while an answer is under way, but then has nobody to give it to.
@@ -48,7 +41,7 @@ class SKProductsRequest::Implementation : public std::enable_shared_from_this<Im
 
   void start() {
     if (std::exchange(started_, true) || isCancelled()) return;
-    Dispatch::mainQueue().async([weak = weak_from_this()] {
+    EmbeddedStore::current().answerLater([weak = weak_from_this()] {
       if (const auto self = weak.lock()) self->decide();
     });
   }
@@ -62,7 +55,7 @@ class SKProductsRequest::Implementation : public std::enable_shared_from_this<Im
   void decide() {
     if (isCancelled()) return;
     auto& store = EmbeddedStore::current();
-    auto failure = takeFailure(store.scenario());
+    auto failure = store.scenario().productsRequests.take();
     auto response = lookUp(identifiers_, store.catalogue());
     auto answer = [weak = weak_from_this(), failure = std::move(failure),
                    response = std::move(response)] {

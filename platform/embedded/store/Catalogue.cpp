@@ -76,10 +76,11 @@ Catalogue::Catalogue(const StoreConfiguration& configuration, const std::string&
                      const std::string& storefront, std::uint64_t origin) {
   const auto pricesIn = priceLocale(locale, storefront);
   for (const auto& product : configuration.products) {
-    entries_.push_back(
-        {product.type, std::make_shared<const SKProduct>(
-                           makeValues(product, locale, pricesIn),
-                           std::make_shared<const CatalogueKey>(origin, product.productID))});
+    entries_.push_back({product.type,
+                        std::make_shared<const SKProduct>(
+                            makeValues(product, locale, pricesIn),
+                            std::make_shared<const CatalogueKey>(origin, product.productID)),
+                        product.subscription ? product.subscription->groupNumber : 1});
   }
 }
 

@@ -13,7 +13,8 @@ namespace StoreKit {
 /// One thing for sale.
 struct CatalogueEntry {
   ProductType type = ProductType::consumable;
-  SKProductPtr product;  ///< never null
+  SKProductPtr product;          ///< never null
+  std::int64_t groupNumber = 1;  ///< of a subscription: its level of service, 1 is the highest
 };
 
 /// What the store sells, as one user sees it: in one language, with the prices of one storefront.

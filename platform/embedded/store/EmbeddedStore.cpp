@@ -1,18 +1,24 @@
 #include "platform/embedded/store/EmbeddedStore.hpp"
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
 #include "platform/Dispatch/MainQueue.hpp"
 #include "platform/Foundation/Print.hpp"
-#include "platform/StoreKit/SKError.hpp"
 #include "platform/embedded/store/MemoryLedger.hpp"
+#include "platform/embedded/store/StoreSettings.hpp"
 #include "platform/embedded/store/ledger/LedgerPlace.hpp"
 #include "platform/embedded/store/ledger/SqliteLedger.hpp"
+#include "platform/embedded/store/server/Renewals.hpp"
 
 namespace StoreKit {
 
 namespace {
+
+// Seconds.
+constexpr double kShortestPause = 0.01;
+constexpr double kPauseAfterFailure = 5;
 
 // Null, and a line on standard error, when it is refused.
 std::unique_ptr<Ledger> openNamedLedger(const std::string& configurationPath) {
@@ -24,6 +30,9 @@ std::unique_ptr<Ledger> openNamedLedger(const std::string& configurationPath) {
 }
 
 }  // namespace
+
+EmbeddedStore::EmbeddedStore()
+    : wakeUp_([] { Dispatch::mainQueue().async([] { unopened().catchUp(); }); }) {}
 
 EmbeddedStore& EmbeddedStore::unopened() {
   static auto& store = *new EmbeddedStore;
@@ -40,31 +49,96 @@ void EmbeddedStore::open(StoreConfiguration configuration, std::unique_ptr<Ledge
                          StoreSources sources) {
   ++openings_;
   configuration_ = std::move(configuration);
-  rebuildCatalogue();
   ledger_ = std::move(ledger);
   ledger_->watch([] { Dispatch::mainQueue().async([] { unopened().queue().absorbChanges(); }); });
   sources_ = std::move(sources);
   scenario_ = Scenario();
-  const auto& settings = configuration_.settings;
-  if (settings.failTransactionsEnabled) {
-    scenario_.everyPurchaseFails =
-        SKError(static_cast<SKError::Code>(settings.failureError)).nsError();
-  }
+  applySettings();
   queue_.restart();
+  catchUp();
 }
 
-void EmbeddedStore::setLocale(std::string locale) {
-  configuration_.settings.locale = std::move(locale);
-  rebuildCatalogue();
+void EmbeddedStore::applySettings() {
+  settingsRevision_ = ledger_->settingsRevision();
+  settings_ = configuration_.settings;
+  for (const auto& [name, value] : ledger_->settings()) {
+    const auto problem = setSetting(settings_, name, value);
+    if (problem) Foundation::warn("The ledger has a setting that is left out: " + *problem + ".");
+  }
+  catalogue_ = Catalogue(configuration_, settings_.locale, settings_.storefront, openings_);
 }
 
-void EmbeddedStore::setStorefront(std::string storefront) {
-  configuration_.settings.storefront = std::move(storefront);
-  rebuildCatalogue();
+EmbeddedStore::Reloading EmbeddedStore::reloadSettings() {
+  if (ledger_->settingsRevision() == settingsRevision_) return {};
+  const auto storefrontBefore = settings_.storefront;
+  applySettings();
+  return {.changed = true, .storefrontChanged = settings_.storefront != storefrontBefore};
 }
 
-void EmbeddedStore::rebuildCatalogue() {
-  catalogue_ = Catalogue(configuration_, locale(), storefront(), openings_);
+std::optional<std::string> EmbeddedStore::set(std::string_view setting,
+                                              const std::optional<std::string>& value) {
+  auto trial = settings_;
+  const auto text = value ? value : settingText(configuration_.settings, setting);
+  if (auto problem = setSetting(trial, setting, text.value_or(""))) return problem;
+  if (const auto error = ledger_->set(setting, value)) return error->localizedDescription();
+  queue_.absorbSettings();
+  return std::nullopt;
+}
+
+void EmbeddedStore::resetToDefaultState() {
+  scenario_ = Scenario();
+  if (const auto error = ledger_->clearSettings()) {
+    Foundation::warn("The settings stay as they are: " + error->localizedDescription());
+  }
+  queue_.absorbSettings();
+}
+
+void EmbeddedStore::answerLater(std::function<void()> step) {
+  auto inATurn = [step = std::move(step)] { Dispatch::mainQueue().async(step); };
+  if (settings_.answerDelay == 0) return inATurn();
+  const double moment = now().timeIntervalSince1970() + settings_.answerDelay;
+  schedule_.add(Foundation::Date::sinceEpoch(moment), std::move(inATurn));
+  setAlarm();
+}
+
+void EmbeddedStore::renewSubscriptions() {
+  renewalFailed_ = false;
+  if (ledger_->runningPeriods().empty()) return;
+  auto changing = sale();
+  Renewals(changing, catalogue_, settings_).runDue(now());
+  auto entries = changing.changes();
+  if (entries.empty()) return;
+  const auto written = ledger_->replace(entries, Ledger::Durability::powerCut, numbering());
+  if (written.error) {
+    renewalFailed_ = true;
+    Foundation::warn("Subscriptions are renewed later: " + written.error->localizedDescription());
+  }
+  queue_.absorbLater();
+}
+
+Ledger::Complete EmbeddedStore::numbering() const {
+  return [this](LedgerEntry& entry) {
+    if (entry.transactionDate) {
+      entry.transactionIdentifier = sources_.transactionIdentifier(entry.identifier);
+    }
+  };
+}
+
+void EmbeddedStore::catchUp() {
+  if (openings_ == 0) return;
+  renewSubscriptions();
+  if (schedule_.next()) schedule_.run(now());
+  setAlarm();
+}
+
+void EmbeddedStore::setAlarm() {
+  Sale looking(*ledger_, catalogue_, settings_.timeRate, Foundation::Date());
+  auto next = Renewals(looking, catalogue_, settings_).nextDue();
+  const auto step = schedule_.next();
+  if (step && (!next || *step < *next)) next = step;
+  if (!next) return wakeUp_.cancel();
+  const double wait = next->timeIntervalSince1970() - now().timeIntervalSince1970();
+  wakeUp_.setIn(std::max(wait, renewalFailed_ ? kPauseAfterFailure : kShortestPause));
 }
 
 void EmbeddedStore::openFromEnvironment() {

@@ -3,12 +3,17 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/embedded/store/Catalogue.hpp"
 #include "platform/embedded/store/Ledger.hpp"
 #include "platform/embedded/store/PaymentQueueEngine.hpp"
 #include "platform/embedded/store/Scenario.hpp"
+#include "platform/embedded/store/Schedule.hpp"
+#include "platform/embedded/store/WakeUp.hpp"
+#include "platform/embedded/store/server/Sale.hpp"
 
 namespace StoreKit {
 
@@ -44,34 +49,67 @@ class EmbeddedStore {
   /// the payment queue anew. Observers stay; what was under way is forgotten.
   void open(StoreConfiguration configuration, std::unique_ptr<Ledger> ledger, StoreSources sources);
 
-  /// What the user sees from now on: texts in that language, prices of that country. What was
-  /// fetched before stays as it was.
-  void setLocale(std::string locale);
-  void setStorefront(std::string storefront);
-  [[nodiscard]] const std::string& locale() const { return configuration_.settings.locale; }
-  [[nodiscard]] const std::string& storefront() const { return configuration_.settings.storefront; }
+  /// What holds now: the configuration's settings, and in their place what was set since.
+  [[nodiscard]] const StoreConfiguration::Settings& settings() const { return settings_; }
+
+  /// Sets one by name, for every program on this ledger; with no value the configuration's comes
+  /// back. Answers with what is wrong, in words; then nothing changed.
+  [[nodiscard]] std::optional<std::string> set(std::string_view setting,
+                                               const std::optional<std::string>& value);
+  /// Back to the configuration's settings, and no misbehaviour.
+  void resetToDefaultState();
+
+  struct Reloading {
+    bool changed = false;
+    bool storefrontChanged = false;
+  };
+  /// Takes in what was set in the ledger.
+  Reloading reloadSettings();
 
   [[nodiscard]] const Catalogue& catalogue() const { return catalogue_; }
   [[nodiscard]] Ledger& ledger() { return *ledger_; }
   [[nodiscard]] Scenario& scenario() { return scenario_; }
   [[nodiscard]] const StoreSources& sources() const { return sources_; }
   [[nodiscard]] PaymentQueueEngine& queue() { return queue_; }
+  [[nodiscard]] Schedule& schedule() { return schedule_; }
+  [[nodiscard]] Foundation::Date now() const { return sources_.now(); }
+  /// Gives what is added to the ledger its transaction identifier, where it is to have one.
+  [[nodiscard]] Ledger::Complete numbering() const;
+  /// A sale of this moment.
+  [[nodiscard]] Sale sale() const { return {*ledger_, catalogue_, settings_.timeRate, now()}; }
+
+  /// Runs `step` in a later turn: once the store has had its time to answer.
+  void answerLater(std::function<void()> step);
+
+  /// Does what has become due, and sets the alarm for what is due next. To be called when the clock
+  /// was moved, or when something with a date was added.
+  void catchUp();
+  /// Commits the renewals that are due; the queue hears of them in a later turn.
+  void renewSubscriptions();
+  /// Sets the alarm for what is due next.
+  void setAlarm();
+
   /// How many times a store was opened: tells one ledger, and one configuration, from the next.
   [[nodiscard]] std::uint64_t openings() const { return openings_; }
 
  private:
-  EmbeddedStore() = default;
+  EmbeddedStore();
   ~EmbeddedStore() = default;
 
   void openFromEnvironment();
-  void rebuildCatalogue();
+  void applySettings();
 
-  StoreConfiguration configuration_;  // its settings follow what was set since
+  StoreConfiguration configuration_;
+  StoreConfiguration::Settings settings_;
+  std::int64_t settingsRevision_ = 0;
   Catalogue catalogue_;
   std::unique_ptr<Ledger> ledger_;
   Scenario scenario_;
   StoreSources sources_;
   std::uint64_t openings_ = 0;
+  Schedule schedule_;
+  bool renewalFailed_ = false;
+  WakeUp wakeUp_;
   PaymentQueueEngine queue_{*this};
 };
 

@@ -2,14 +2,17 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Foundation/Date.hpp"
 #include "platform/Foundation/NSError.hpp"
 #include "platform/StoreKit/SKPayment.hpp"
 #include "platform/StoreKit/SKPaymentTransaction.hpp"
+#include "platform/embedded/store/SubscriptionPeriod.hpp"
 
 namespace StoreKit {
 
@@ -29,11 +32,26 @@ struct LedgerEntry {
   std::optional<std::string> transactionIdentifier{};
   std::optional<Foundation::Date> transactionDate{};
   std::optional<Foundation::NSError> error{};
-  /// The entry of the purchase that a restored transaction repeats.
+  /// The entry of the purchase that a restored transaction repeats, or of the first period of the
+  /// subscription that this one continues.
   std::optional<std::int64_t> original{};
+  /// When it was refunded.
+  std::optional<Foundation::Date> cancelDate{};
+  /// The revision in which it was refunded; the ledger fills it in.
+  std::optional<std::int64_t> refundRevision{};
+  /// A purchase that was interrupted: it failed, and can still be resolved.
+  bool hasPurchaseIssue = false;
+  /// A purchase that the user began in the store, and that no application was asked about yet.
+  bool asksApplication = false;
+  /// Taken out of the ledger; only `changedAfter` still shows it.
+  bool deleted = false;
+  /// Only of a transaction that bought a period of an auto-renewable subscription.
+  std::optional<SubscriptionPeriod> period{};
 };
 
 using LedgerEntries = std::vector<LedgerEntry>;
+/// What was set in place of the configuration's settings, by name.
+using LedgerSettings = std::map<std::string, std::string, std::less<>>;
 
 /// Where the store keeps its transactions. Several programs may have one ledger open.
 ///
@@ -67,6 +85,17 @@ class Ledger {
   /// answers with an error, nothing was changed, and they are as they were.
   [[nodiscard]] virtual Failure update(LedgerEntries& entries, Durability durability) = 0;
 
+  /// How `replace` ended.
+  struct Replacement {
+    Failure error{};
+    bool conflict = false;  ///< somebody else was faster; nothing was written
+  };
+
+  /// Changes entries that were read before and adds those that have no number yet, all of them or
+  /// none: none when it answers with an error, and when somebody else has changed one since.
+  [[nodiscard]] virtual Replacement replace(LedgerEntries& entries, Durability durability,
+                                            const Complete& complete = nullptr) = 0;
+
   /// Makes purchases under way whose owner is gone this program's own.
   [[nodiscard]] virtual Failure adoptOrphans() = 0;
 
@@ -82,7 +111,30 @@ class Ledger {
   /// All entries, in the order in which they were added.
   [[nodiscard]] virtual LedgerEntries all() const = 0;
 
-  /// The entries that changed after `revision`, in the order of their changes.
+  /// The running period of each subscription, in the order in which they were added.
+  [[nodiscard]] virtual LedgerEntries runningPeriods() const = 0;
+
+  /// The first period that was ever bought in a subscription group.
+  [[nodiscard]] virtual std::optional<LedgerEntry> firstPeriod(std::string_view group) const = 0;
+
+  /// The refunded entries that no application was told of yet, in the order of their refunds.
+  [[nodiscard]] virtual LedgerEntries untoldRefunds() const = 0;
+
+  /// Applications were told of the refunds up to `revision`.
+  [[nodiscard]] virtual Failure tellRefunds(std::int64_t revision) = 0;
+
+  /// The settings in force, and the revision in which they last changed.
+  [[nodiscard]] virtual LedgerSettings settings() const = 0;
+  [[nodiscard]] virtual std::int64_t settingsRevision() const = 0;
+
+  /// Sets one, or with no value takes it back.
+  [[nodiscard]] virtual Failure set(std::string_view setting,
+                                    const std::optional<std::string>& value) = 0;
+
+  /// Takes all of them back.
+  [[nodiscard]] virtual Failure clearSettings() = 0;
+
+  /// The entries that changed after `revision`, deleted ones included, in the order of their changes.
   [[nodiscard]] virtual LedgerEntries changedAfter(std::int64_t revision) const = 0;
 
   /// The last change of the ledger.

@@ -22,7 +22,10 @@ class LedgerTransaction final : public SKPaymentTransaction {
   [[nodiscard]] std::uint64_t ledger() const { return ledger_; }
 
   /// Shows a later state of the same entry. The payment never changes.
-  void update(LedgerEntry entry) { entry_ = std::move(entry); }
+  void update(LedgerEntry entry, SKPaymentTransactionPtr original) {
+    entry_ = std::move(entry);
+    original_ = std::move(original);
+  }
 
   [[nodiscard]] SKPaymentPtr payment() const override { return payment_; }
   [[nodiscard]] SKPaymentTransactionState transactionState() const override;

@@ -17,22 +17,26 @@ LedgerEntries select(const std::map<std::int64_t, LedgerEntry>& entries, Wanted 
 
 }  // namespace
 
+void MemoryLedger::store(LedgerEntry& entry) {
+  entry.revision = ++revision_;
+  if (entry.cancelDate && !entry.refundRevision) entry.refundRevision = revision_;
+  entries_[entry.identifier] = entry;
+}
+
 Ledger::Failure MemoryLedger::add(LedgerEntries& entries, Durability, const Complete& complete) {
   for (auto& entry : entries) {
     entry.identifier = entries_.empty() ? 1 : entries_.rbegin()->first + 1;
-    entry.revision = ++revision_;
     if (complete) complete(entry);
-    entries_.emplace(entry.identifier, entry);
+    store(entry);
   }
   return std::nullopt;
 }
 
 Ledger::Failure MemoryLedger::update(LedgerEntries& entries, Durability) {
   for (auto& entry : entries) {
-    auto& known = entries_[entry.identifier];
+    const auto& known = entries_[entry.identifier];
     if (known.revision == entry.revision) {
-      entry.revision = ++revision_;
-      known = entry;
+      store(entry);
     } else {
       entry = known;
     }
@@ -40,9 +44,27 @@ Ledger::Failure MemoryLedger::update(LedgerEntries& entries, Durability) {
   return std::nullopt;
 }
 
+Ledger::Replacement MemoryLedger::replace(LedgerEntries& entries, Durability durability,
+                                          const Complete& complete) {
+  for (const auto& entry : entries) {
+    if (entry.identifier == 0) continue;
+    if (entries_[entry.identifier].revision != entry.revision) return {.conflict = true};
+  }
+  for (auto& entry : entries) {
+    if (entry.identifier != 0) {
+      store(entry);
+      continue;
+    }
+    LedgerEntries added = {entry};
+    (void)add(added, durability, complete);
+    entry = added[0];
+  }
+  return {};
+}
+
 std::optional<LedgerEntry> MemoryLedger::find(std::int64_t identifier) const {
   const auto found = entries_.find(identifier);
-  if (found == entries_.end()) return std::nullopt;
+  if (found == entries_.end() || found->second.deleted) return std::nullopt;
   return found->second;
 }
 
@@ -52,12 +74,52 @@ LedgerEntries MemoryLedger::unfinished() const {
 
 LedgerEntries MemoryLedger::finishedPurchases() const {
   return select(entries_, [](const LedgerEntry& entry) {
-    return entry.finished && entry.state == SKPaymentTransactionState::purchased;
+    return entry.finished && !entry.deleted && entry.state == SKPaymentTransactionState::purchased;
   });
 }
 
 LedgerEntries MemoryLedger::all() const {
-  return select(entries_, [](const LedgerEntry&) { return true; });
+  return select(entries_, [](const LedgerEntry& entry) { return !entry.deleted; });
+}
+
+LedgerEntries MemoryLedger::runningPeriods() const {
+  return select(entries_,
+                [](const LedgerEntry& entry) { return entry.period && entry.period->running; });
+}
+
+std::optional<LedgerEntry> MemoryLedger::firstPeriod(std::string_view group) const {
+  for (const auto& [identifier, entry] : entries_) {
+    if (entry.period && entry.period->group == group) return entry;
+  }
+  return std::nullopt;
+}
+
+LedgerEntries MemoryLedger::untoldRefunds() const {
+  auto refunds = select(entries_, [this](const LedgerEntry& entry) {
+    return entry.refundRevision.value_or(0) > toldRefunds_;
+  });
+  std::sort(refunds.begin(), refunds.end(),
+            [](const auto& a, const auto& b) { return *a.refundRevision < *b.refundRevision; });
+  return refunds;
+}
+
+Ledger::Failure MemoryLedger::tellRefunds(std::int64_t revision) {
+  toldRefunds_ = std::max(toldRefunds_, revision);
+  return std::nullopt;
+}
+
+Ledger::Failure MemoryLedger::set(std::string_view setting,
+                                  const std::optional<std::string>& value) {
+  settings_.erase(std::string(setting));
+  if (value) settings_.emplace(setting, *value);
+  settingsRevision_ = ++revision_;
+  return std::nullopt;
+}
+
+Ledger::Failure MemoryLedger::clearSettings() {
+  settings_.clear();
+  settingsRevision_ = ++revision_;
+  return std::nullopt;
 }
 
 LedgerEntries MemoryLedger::changedAfter(std::int64_t revision) const {

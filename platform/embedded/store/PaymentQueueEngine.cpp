@@ -6,7 +6,10 @@
 
 #include "platform/Dispatch/MainQueue.hpp"
 #include "platform/Foundation/Print.hpp"
+#include "platform/StoreKit/SKError.hpp"
 #include "platform/embedded/store/EmbeddedStore.hpp"
+#include "platform/embedded/store/server/Restorable.hpp"
+#include "platform/embedded/store/server/Verdict.hpp"
 
 namespace StoreKit {
 
@@ -21,8 +24,7 @@ void warnNotCommitted(const char* consequence, const Foundation::NSError& error)
                    consequence);
 }
 
-template <class Transactions>
-SKPaymentTransactions asPlatform(const Transactions& transactions) {
+SKPaymentTransactions asPlatform(const UnfinishedTransactions::List& transactions) {
   return {transactions.begin(), transactions.end()};
 }
 
@@ -32,52 +34,74 @@ void PaymentQueueEngine::restart() {
   ++run_;
   addedPayments_.clear();
   finishedIdentifiers_.clear();
+  asking_.clear();
   restoreRequests_.clear();
   restoreEnd_.reset();
-  unfinished_.clear();
   backlogDelivered_ = false;
-  auto& ledger = store_.ledger();
-  if (const auto error = ledger.adoptOrphans()) {
+  if (const auto error = store_.ledger().adoptOrphans()) {
     warnNotCommitted("Purchases that another program left are not carried on.", *error);
   }
-  mergedRevision_ = ledger.revision();
-  for (auto& entry : ledger.unfinished()) {
-    const bool theirs = isPurchasing(entry) && entry.owner != ledger.owner();
-    if (!theirs) unfinished_.push_back(makeTransaction(std::move(entry)));
-  }
-  resumed_ = inState(true);
-  later([this] { deliverBacklog(); });
-  later([this] { reportResumed(); });
+  loadUnfinished();
+  later(&PaymentQueueEngine::deliverBacklog);
+  later(&PaymentQueueEngine::reportResumed);
+  later(&PaymentQueueEngine::askApplication);
 }
 
-void PaymentQueueEngine::later(std::function<void()> step) {
-  Dispatch::mainQueue().async([this, run = run_, step = std::move(step)] {
-    if (run == run_) step();
-  });
+void PaymentQueueEngine::loadUnfinished() {
+  auto& ledger = store_.ledger();
+  unfinished_.restart(ledger, store_.openings());
+  mergedRevision_ = ledger.revision();
+  for (auto& entry : ledger.unfinished()) {
+    const bool ours = entry.owner == ledger.owner();
+    if (isPurchasing(entry) && entry.asksApplication) {
+      if (ours || !entry.owner) asking_.push_back(entry.identifier);
+    } else if (!isPurchasing(entry) || ours) {
+      unfinished_.add(std::move(entry));
+    }
+  }
+  resumed_ = unfinished_.purchasing();
+}
+
+std::function<void()> PaymentQueueEngine::inThisRun(void (PaymentQueueEngine::*step)()) {
+  return [this, run = run_, step] {
+    if (run == run_) (this->*step)();
+  };
+}
+
+void PaymentQueueEngine::later(void (PaymentQueueEngine::*step)()) {
+  Dispatch::mainQueue().async(inThisRun(step));
+}
+
+void PaymentQueueEngine::answer(void (PaymentQueueEngine::*step)()) {
+  store_.answerLater(inThisRun(step));
 }
 
 void PaymentQueueEngine::addObserver(SKPaymentTransactionObserver& observer) {
   const bool first = observers_.isEmpty();
   if (!observers_.add(observer) || !first) return;
-  later([this] { deliverBacklog(); });
-  later([this] { reportResumed(); });
-  later([this] { beginPurchases(); });
-  later([this] { settlePurchases(); });
-  later([this] { endRestore(); });
-  later([this] { beginRestore(); });
-  later([this] { absorbChanges(); });
+  later(&PaymentQueueEngine::deliverBacklog);
+  later(&PaymentQueueEngine::reportResumed);
+  later(&PaymentQueueEngine::beginPurchases);
+  later(&PaymentQueueEngine::settlePurchases);
+  later(&PaymentQueueEngine::askApplication);
+  later(&PaymentQueueEngine::endRestore);
+  later(&PaymentQueueEngine::beginRestore);
+  later(&PaymentQueueEngine::absorbChanges);
 }
 
 void PaymentQueueEngine::deliverBacklog() {
   if (backlogDelivered_ || observers_.isEmpty()) return;
   backlogDelivered_ = true;
-  (void)mergeLedger();  // what others changed meanwhile is part of the backlog
-  reportUpdated(inState(false));
+  (void)store_.reloadSettings();
+  (void)unfinished_.merge(readChanges());  // what others changed meanwhile is part of the backlog
+  const auto run = run_;
+  reportUpdated(unfinished_.settled());
+  if (run == run_) reportRefunds(store_.ledger().untoldRefunds());
 }
 
 void PaymentQueueEngine::reportResumed() {
   if (observers_.isEmpty() || resumed_.empty()) return;
-  later([this] { settlePurchases(); });
+  answer(&PaymentQueueEngine::settlePurchases);
   reportUpdated(std::exchange(resumed_, {}));
 }
 
@@ -89,7 +113,7 @@ void PaymentQueueEngine::add(const SKPayment& payment) {
                          .simulatesAskToBuyInSandbox = payment.simulatesAskToBuyInSandbox(),
                          .paymentDiscount = payment.paymentDiscount()};
   addedPayments_.push_back(std::move(copy));
-  if (addedPayments_.size() == 1) later([this] { beginPurchases(); });
+  if (addedPayments_.size() == 1) later(&PaymentQueueEngine::beginPurchases);
 }
 
 void PaymentQueueEngine::beginPurchases() {
@@ -108,37 +132,80 @@ void PaymentQueueEngine::beginPurchases() {
     }
   }
   Transactions begun;
-  for (auto& entry : entries) begun.push_back(makeTransaction(std::move(entry)));
-  for (const auto& transaction : begun) insert(transaction);
-  later([this] { settlePurchases(); });
+  for (auto& entry : entries) begun.push_back(unfinished_.add(std::move(entry)));
+  answer(&PaymentQueueEngine::settlePurchases);
   reportUpdated(begun);
 }
 
 void PaymentQueueEngine::settlePurchases() {
   if (observers_.isEmpty()) return;
-  LedgerEntries entries;
-  auto scenario = store_.scenario();
-  for (const auto& transaction : inState(true)) {
-    entries.push_back(outcome(transaction->entry(), scenario));
+  const auto purchasing = unfinished_.purchasing();
+  if (purchasing.empty()) return;
+  store_.renewSubscriptions();
+  auto sale = store_.sale();
+  const auto scenario = store_.scenario();
+  for (const auto& transaction : purchasing) settle(transaction->entry(), sale);
+  auto entries = sale.changes();
+  const auto written = store_.ledger().replace(entries, Ledger::Durability::powerCut);
+  if (written.error || written.conflict) store_.scenario() = scenario;
+  if (written.error) return warnNotCommitted("The purchases are carried on later.", *written.error);
+  if (written.conflict) {
+    later(&PaymentQueueEngine::settlePurchases);
+    return absorbChanges();
   }
-  if (entries.empty()) return;
-  if (const auto error = store_.ledger().update(entries, Ledger::Durability::powerCut)) {
-    warnNotCommitted("The purchases are carried on later.", *error);
-    return;
-  }
-  store_.scenario() = std::move(scenario);
-  report(merge(entries));
+  store_.setAlarm();
+  report(unfinished_.merge(entries));
 }
 
-LedgerEntry PaymentQueueEngine::outcome(LedgerEntry entry, Scenario& scenario) const {
-  entry.error = scenario.decidePurchase(entry.payment, store_.catalogue());
-  entry.state = entry.error ? State::failed : State::purchased;
-  entry.owner = std::nullopt;
-  if (!entry.error) {
+void PaymentQueueEngine::settle(LedgerEntry entry, Sale& sale) {
+  auto verdict = judge(entry.payment, store_.catalogue(), store_.settings(), store_.ledger(),
+                       store_.scenario().purchases, sale.now());
+  if (!verdict.error && !verdict.deferred) {
     entry.transactionIdentifier = store_.sources().transactionIdentifier(entry.identifier);
-    entry.transactionDate = store_.sources().now();
+    return sale.purchase(std::move(entry));
   }
-  return entry;
+  entry.owner = std::nullopt;
+  entry.state = verdict.error ? State::failed : State::deferred;
+  entry.hasPurchaseIssue = verdict.interrupted;
+  entry.error = std::move(verdict.error);
+  sale.keep(std::move(entry));
+}
+
+// The purchase is claimed first, so that one program asks. One that dies before it has an answer
+// leaves it to be asked about again.
+void PaymentQueueEngine::askApplication() {
+  if (observers_.isEmpty() || !backlogDelivered_ || asking_.empty()) return;
+  auto entry = store_.ledger().find(asking_.front());
+  asking_.pop_front();
+  if (!asking_.empty()) later(&PaymentQueueEngine::askApplication);
+  if (!entry || !entry->asksApplication) return;
+  const auto owner = store_.ledger().owner();
+  LedgerEntries claimed = {*entry};
+  claimed[0].owner = owner;
+  const auto error = store_.ledger().update(claimed, Ledger::Durability::killedProcess);
+  if (error || claimed[0].owner != owner || claimed[0].deleted) return;
+  const auto run = run_;
+  const bool wanted = wantsPurchase(claimed[0]);
+  if (run != run_) return;
+  claimed[0].asksApplication = false;
+  claimed[0].deleted = claimed[0].finished = !wanted;
+  if (const auto refusal = store_.ledger().update(claimed, Ledger::Durability::killedProcess)) {
+    return warnNotCommitted("The store's purchase is asked about at the next start.", *refusal);
+  }
+  if (claimed[0].deleted) return;
+  answer(&PaymentQueueEngine::settlePurchases);
+  reportUpdated({unfinished_.add(std::move(claimed[0]))});
+}
+
+bool PaymentQueueEngine::wantsPurchase(const LedgerEntry& entry) {
+  const auto* const product = store_.catalogue().find(entry.payment.productIdentifier);
+  if (product == nullptr) return false;
+  const auto payment = std::make_shared<const SKPayment>(entry.payment, product->product);
+  bool wanted = false;
+  observers_.notify([&, product = product->product](SKPaymentTransactionObserver& observer) {
+    if (observer.paymentQueueShouldAddStorePayment(payment, product)) wanted = true;
+  });
+  return wanted;
 }
 
 void PaymentQueueEngine::finish(const SKPaymentTransactionPtr& transaction) {
@@ -150,7 +217,7 @@ void PaymentQueueEngine::finish(const SKPaymentTransactionPtr& transaction) {
     return;
   }
   finishedIdentifiers_.push_back(known->entry().identifier);
-  if (finishedIdentifiers_.size() == 1) later([this] { removeFinished(); });
+  if (finishedIdentifiers_.size() == 1) later(&PaymentQueueEngine::removeFinished);
 }
 
 void PaymentQueueEngine::removeFinished() {
@@ -158,7 +225,7 @@ void PaymentQueueEngine::removeFinished() {
   LedgerEntries recorded;
   LedgerEntries unrecorded;
   for (const auto identifier : std::set<std::int64_t>(identifiers.begin(), identifiers.end())) {
-    const auto transaction = find(identifier);
+    const auto transaction = unfinished_.find(identifier);
     if (!transaction) continue;
     auto& entries = identifier > 0 ? recorded : unrecorded;
     entries.push_back(transaction->entry());
@@ -169,32 +236,39 @@ void PaymentQueueEngine::removeFinished() {
     recorded.clear();
   }
   recorded.insert(recorded.end(), unrecorded.begin(), unrecorded.end());
-  report(merge(recorded));
+  report(unfinished_.merge(recorded));
 }
 
 void PaymentQueueEngine::restore(const std::optional<std::string>& applicationUsername) {
   restoreRequests_.push_back(applicationUsername);
-  later([this] { beginRestore(); });
+  answer(&PaymentQueueEngine::beginRestore);
 }
 
 // One restore after another: what one replays, then how it ended.
 void PaymentQueueEngine::beginRestore() {
   if (observers_.isEmpty() || restoreEnd_ || restoreRequests_.empty()) return;
-  auto entries = restorable(restoreRequests_.front());
+  auto& scenario = store_.scenario();
+  auto entries =
+      restorable(store_.ledger(), store_.catalogue(), restoreRequests_.front(), store_.now());
   restoreRequests_.pop_front();
-  const auto& sources = store_.sources();
-  restoreEnd_ = store_.ledger().add(entries, Ledger::Durability::powerCut, [&](LedgerEntry& entry) {
-    entry.transactionIdentifier = sources.transactionIdentifier(entry.identifier);
-  });
-  later([this] { endRestore(); });
-  if (!*restoreEnd_) report(merge(entries));
+  Ledger::Failure interruption;
+  if (!scenario.restores.empty()) {
+    interruption = scenario.restores.front().error;
+    entries.resize(std::min(entries.size(), scenario.restores.front().after));
+    scenario.restores.pop_front();
+  }
+  auto error = store_.ledger().add(entries, Ledger::Durability::powerCut, store_.numbering());
+  const bool written = !error;
+  restoreEnd_ = error ? std::move(error) : std::move(interruption);
+  later(&PaymentQueueEngine::endRestore);
+  if (written) report(unfinished_.merge(entries));
 }
 
 void PaymentQueueEngine::endRestore() {
   if (observers_.isEmpty() || !restoreEnd_) return;
   const auto failure = restoreEnd_.value_or(std::nullopt);
   restoreEnd_.reset();
-  later([this] { beginRestore(); });
+  later(&PaymentQueueEngine::beginRestore);
   observers_.notify([&](SKPaymentTransactionObserver& observer) {
     if (failure) {
       observer.paymentQueueRestoreCompletedTransactionsFailedWithError(*failure);
@@ -204,104 +278,65 @@ void PaymentQueueEngine::endRestore() {
   });
 }
 
-LedgerEntries PaymentQueueEngine::restorable(
-    const std::optional<std::string>& applicationUsername) const {
-  const auto name = applicationUsername.value_or("");
-  LedgerEntries entries;
-  std::set<std::string> replayedOnce;
-  for (const auto& purchase : store_.ledger().finishedPurchases()) {
-    const auto& product = purchase.payment.productIdentifier;
-    const auto* const sold = store_.catalogue().find(product);
-    const bool theirs = name.empty() || purchase.payment.applicationUsername.value_or("") == name;
-    if (!sold || !theirs) continue;
-    const bool owned = sold->type == ProductType::nonConsumable;
-    const bool renewed = sold->type == ProductType::autoRenewableSubscription;
-    if (!renewed && !(owned && replayedOnce.insert(product).second)) continue;
-    entries.push_back({.state = State::restored,
-                       .payment = purchase.payment,
-                       .transactionDate = store_.sources().now(),
-                       .original = purchase.identifier});
+void PaymentQueueEngine::absorbLater() { later(&PaymentQueueEngine::absorbChanges); }
+
+void PaymentQueueEngine::absorbSettings() {
+  const auto reloading = store_.reloadSettings();
+  if (reloading.changed) store_.catchUp();
+  if (reloading.storefrontChanged) later(&PaymentQueueEngine::reportStorefront);
+}
+
+void PaymentQueueEngine::absorbChanges() {
+  absorbSettings();
+  if (observers_.isEmpty() || !backlogDelivered_) return;
+  const auto known = mergedRevision_;
+  const auto entries = readChanges();
+  const auto run = run_;
+  report(unfinished_.merge(entries));
+  LedgerEntries refunded;
+  for (const auto& entry : entries) {
+    if (entry.refundRevision.value_or(0) > known) refunded.push_back(entry);
+  }
+  if (run == run_) reportRefunds(refunded);
+}
+
+LedgerEntries PaymentQueueEngine::readChanges() {
+  auto entries = store_.ledger().changedAfter(mergedRevision_);
+  if (!entries.empty()) mergedRevision_ = entries.back().revision;
+  for (const auto& entry : entries) {
+    if (!isPurchasing(entry) || !entry.asksApplication || entry.owner || entry.finished) continue;
+    asking_.push_back(entry.identifier);
+    later(&PaymentQueueEngine::askApplication);
   }
   return entries;
 }
 
-void PaymentQueueEngine::absorbChanges() {
-  if (observers_.isEmpty() || !backlogDelivered_) return;
-  report(mergeLedger());
+SKPaymentTransactions PaymentQueueEngine::transactions() const {
+  return asPlatform(unfinished_.list());
 }
 
-PaymentQueueEngine::Changes PaymentQueueEngine::mergeLedger() {
-  const auto entries = store_.ledger().changedAfter(mergedRevision_);
-  if (!entries.empty()) mergedRevision_ = entries.back().revision;
-  return merge(entries);
+void PaymentQueueEngine::reportStorefront() {
+  observers_.notify(
+      [](SKPaymentTransactionObserver& observer) { observer.paymentQueueDidChangeStorefront(); });
 }
 
-// Takes entries as the ledger holds them. A purchase that another program has under way is its own
-// business until there is an outcome.
-PaymentQueueEngine::Changes PaymentQueueEngine::merge(const LedgerEntries& entries) {
-  Changes changes;
-  for (const auto& entry : entries) {
-    auto transaction = find(entry.identifier);
-    if (!transaction) {
-      if (entry.finished || isPurchasing(entry)) continue;
-      transaction = makeTransaction(entry);
-      insert(transaction);
-      changes.updated.push_back(transaction);
-      continue;
-    }
-    if (transaction->entry().revision > entry.revision) continue;
-    const auto stateBefore = transaction->entry().state;
-    transaction->update(entry);
-    if (entry.finished) {
-      changes.removed.push_back(transaction);
-    } else if (entry.state != stateBefore) {
-      changes.updated.push_back(transaction);
-    }
+void PaymentQueueEngine::reportRefunds(const LedgerEntries& refunded) {
+  if (refunded.empty()) return;
+  std::vector<std::string> products;
+  std::int64_t last = 0;
+  for (const auto& entry : refunded) {
+    products.push_back(entry.payment.productIdentifier);
+    last = std::max(last, entry.refundRevision.value_or(0));
   }
-  std::erase_if(unfinished_, [](const auto& each) { return each->entry().finished; });
-  return changes;
-}
-
-SKPaymentTransactions PaymentQueueEngine::transactions() const { return asPlatform(unfinished_); }
-
-PaymentQueueEngine::TransactionPtr PaymentQueueEngine::makeTransaction(LedgerEntry entry) const {
-  const auto ledger = store_.openings();
-  SKPaymentTransactionPtr original;
-  if (entry.original) {
-    if (auto purchase = store_.ledger().find(*entry.original)) {
-      original = std::make_shared<LedgerTransaction>(ledger, std::move(*purchase), nullptr);
-    }
+  if (const auto error = store_.ledger().tellRefunds(last)) {
+    warnNotCommitted("Refunds are told again at the next start.", *error);
   }
-  return std::make_shared<LedgerTransaction>(ledger, std::move(entry), std::move(original));
+  observers_.notify([&](SKPaymentTransactionObserver& observer) {
+    observer.paymentQueueDidRevokeEntitlements(products);
+  });
 }
 
-PaymentQueueEngine::Transactions PaymentQueueEngine::inState(bool purchasing) const {
-  Transactions found;
-  std::copy_if(unfinished_.begin(), unfinished_.end(), std::back_inserter(found),
-               [&](const auto& each) { return isPurchasing(each->entry()) == purchasing; });
-  return found;
-}
-
-PaymentQueueEngine::TransactionPtr PaymentQueueEngine::find(std::int64_t identifier) const {
-  const auto found = std::find_if(
-      unfinished_.begin(), unfinished_.end(),
-      [&](const auto& transaction) { return transaction->entry().identifier == identifier; });
-  return found == unfinished_.end() ? nullptr : *found;
-}
-
-// Keeps the order in which transactions were added, also when other programs add some; those that
-// the ledger refused come last.
-void PaymentQueueEngine::insert(const TransactionPtr& transaction) {
-  const auto place = [](const TransactionPtr& each) {
-    return static_cast<std::uint64_t>(each->entry().identifier);
-  };
-  const auto behind =
-      std::upper_bound(unfinished_.begin(), unfinished_.end(), transaction,
-                       [&](const auto& a, const auto& b) { return place(a) < place(b); });
-  unfinished_.insert(behind, transaction);
-}
-
-void PaymentQueueEngine::report(const Changes& changes) {
+void PaymentQueueEngine::report(const UnfinishedTransactions::Changes& changes) {
   const auto run = run_;
   reportUpdated(changes.updated);
   if (run == run_) reportRemoved(changes.removed);

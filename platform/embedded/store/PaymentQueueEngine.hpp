@@ -3,19 +3,18 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/StoreKit/SKPaymentTransactionObserver.hpp"
-#include "platform/embedded/store/LedgerTransaction.hpp"
 #include "platform/embedded/store/ObserverList.hpp"
-#include "platform/embedded/store/Scenario.hpp"
+#include "platform/embedded/store/UnfinishedTransactions.hpp"
 
 namespace StoreKit {
 
 class EmbeddedStore;
+class Sale;
 
 /// The payment queue of the embedded store: one small step per turn of the main queue.
 ///
@@ -42,47 +41,49 @@ class PaymentQueueEngine {
   void restore(const std::optional<std::string>& applicationUsername);
   [[nodiscard]] SKPaymentTransactions transactions() const;
 
-  /// Reports what other programs have changed in the ledger since it was last looked at.
+  /// Reports what other programs, or the store itself, have changed in the ledger since it was last
+  /// looked at.
   void absorbChanges();
+  /// The same, in a later turn.
+  void absorbLater();
+  /// Takes in changed settings now; observers hear of another storefront in a later turn.
+  void absorbSettings();
 
  private:
-  using TransactionPtr = std::shared_ptr<LedgerTransaction>;
-  using Transactions = std::vector<TransactionPtr>;
-  struct Changes {
-    Transactions updated;
-    Transactions removed;
-  };
+  using Transactions = UnfinishedTransactions::List;
 
   // Runs `step` in a later turn, unless a new run has begun by then.
-  void later(std::function<void()> step);
+  void later(void (PaymentQueueEngine::*step)());
+  // The same, once the store has had its time to answer.
+  void answer(void (PaymentQueueEngine::*step)());
+  [[nodiscard]] std::function<void()> inThisRun(void (PaymentQueueEngine::*step)());
 
+  void loadUnfinished();
   void deliverBacklog();
   void reportResumed();
   void beginPurchases();
   void settlePurchases();
+  void settle(LedgerEntry entry, Sale& sale);
+  void askApplication();
+  [[nodiscard]] bool wantsPurchase(const LedgerEntry& entry);
   void removeFinished();
   void beginRestore();
   void endRestore();
 
-  [[nodiscard]] TransactionPtr makeTransaction(LedgerEntry entry) const;
-  [[nodiscard]] LedgerEntry outcome(LedgerEntry entry, Scenario& scenario) const;
-  [[nodiscard]] LedgerEntries restorable(
-      const std::optional<std::string>& applicationUsername) const;
-  [[nodiscard]] Transactions inState(bool purchasing) const;
-  [[nodiscard]] TransactionPtr find(std::int64_t identifier) const;
-  [[nodiscard]] Changes merge(const LedgerEntries& entries);
-  [[nodiscard]] Changes mergeLedger();
-  void insert(const TransactionPtr& transaction);
+  [[nodiscard]] LedgerEntries readChanges();
+  void reportStorefront();
+  void reportRefunds(const LedgerEntries& refunded);
   void reportUpdated(const Transactions& transactions);
   void reportRemoved(const Transactions& transactions);
-  void report(const Changes& changes);
+  void report(const UnfinishedTransactions::Changes& changes);
 
   EmbeddedStore& store_;
   ObserverList observers_;
-  Transactions unfinished_;  // in the order in which they were added
+  UnfinishedTransactions unfinished_;
   std::vector<SKPayment::Values> addedPayments_;
   std::vector<std::int64_t> finishedIdentifiers_;
-  Transactions resumed_;  // begun in an earlier run, and not reported in this one yet
+  std::deque<std::int64_t> asking_;  // begun in the store: applications are to be asked
+  Transactions resumed_;             // begun in an earlier run, and not reported in this one yet
   std::deque<std::optional<std::string>> restoreRequests_;
   std::optional<Ledger::Failure> restoreEnd_;  // how the restore under way is going to end
   bool backlogDelivered_ = false;

@@ -1,33 +1,28 @@
 #pragma once
 
+#include <cstddef>
 #include <deque>
 #include <optional>
 
 #include "platform/Foundation/NSError.hpp"
-#include "platform/StoreKit/SKPayment.hpp"
-#include "platform/embedded/store/Catalogue.hpp"
+#include "platform/embedded/store/SimulatedErrors.hpp"
 
 namespace StoreKit {
 
-/// How the store is told to misbehave.
+/// How the store is told to misbehave in this program, beside what its settings say.
 struct Scenario {
-  bool canMakePayments = true;
-  /// Each purchase takes one from the front and fails with it.
-  std::deque<Foundation::NSError> purchaseFailures{};
-  /// Every purchase fails with this while it is set.
-  std::optional<Foundation::NSError> everyPurchaseFails{};
-  /// Each products request takes one from the front and fails with it.
-  std::deque<Foundation::NSError> productsFailures{};
+  /// A restore that is interrupted.
+  struct RestoreFailure {
+    Foundation::NSError error;
+    std::size_t after = 0;  ///< so many transactions are restored before
+  };
+
+  SimulatedErrors purchases{};
+  SimulatedErrors productsRequests{};
+  /// Each restore takes one from the front.
+  std::deque<RestoreFailure> restores{};
   /// Products requests are answered on a thread of their own, as recent systems do.
   bool answersProductsInBackground = false;
-
-  /// The error that a purchase of `payment` ends with; absent when it succeeds. Consumes what was
-  /// set up for one purchase.
-  [[nodiscard]] std::optional<Foundation::NSError> decidePurchase(const SKPayment::Values& payment,
-                                                                  const Catalogue& catalogue);
 };
-
-/// The most pieces that the store sells at once; the platform's own limit.
-inline constexpr std::int64_t kLargestQuantity = 10;
 
 }  // namespace StoreKit

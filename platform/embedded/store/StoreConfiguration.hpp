@@ -75,7 +75,9 @@ struct StoreConfiguration {
     bool billingGracePeriodEnabled = false;
     bool disableDialogs = false;
     bool failTransactionsEnabled = false;
-    int failureError = 0;  ///< the store error code of `failTransactionsEnabled`
+    int failureError = 0;         ///< the store error code of `failTransactionsEnabled`
+    bool canMakePayments = true;  ///< in no file; false: the user or the device may not pay
+    double answerDelay = 0;       ///< in no file; seconds until the store answers
   };
 
   /// Products, then non-renewing subscriptions, then the subscriptions group by group, each in file

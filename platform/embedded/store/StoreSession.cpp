@@ -1,17 +1,23 @@
 #include "platform/embedded/store/StoreSession.hpp"
 
+#include <locale>
+#include <sstream>
 #include <utility>
 
+#include "platform/Foundation/Print.hpp"
 #include "platform/embedded/store/MemoryLedger.hpp"
-#include "platform/embedded/store/Storefront.hpp"
+#include "platform/embedded/store/StoreSettings.hpp"
 #include "platform/embedded/store/ledger/LedgerPlace.hpp"
 #include "platform/embedded/store/ledger/SqliteLedger.hpp"
+#include "platform/embedded/store/server/StoreServer.hpp"
 
 namespace StoreKit {
 
 namespace {
 
-Scenario& scenario() { return EmbeddedStore::current().scenario(); }
+EmbeddedStore& store() { return EmbeddedStore::current(); }
+
+StoreServer server() { return StoreServer(store()); }
 
 }  // namespace
 
@@ -34,27 +40,49 @@ StoreSession::StoreSession(StoreConfiguration configuration, StoreSources source
   EmbeddedStore::unopened().open(std::move(configuration), std::move(ledger), std::move(sources));
 }
 
-const std::string& StoreSession::locale() const { return EmbeddedStore::current().locale(); }
+const Catalogue& StoreSession::catalogue() const { return store().catalogue(); }
 
-void StoreSession::setLocale(std::string locale) {
-  EmbeddedStore::current().setLocale(std::move(locale));
+const StoreConfiguration::Settings& StoreSession::settings() const { return store().settings(); }
+
+std::optional<std::string> StoreSession::setting(std::string_view name) const {
+  return settingText(settings(), name);
 }
 
-const std::string& StoreSession::storefront() const {
-  return EmbeddedStore::current().storefront();
+StoreSession::Failure StoreSession::set(std::string_view name, const std::string& value) {
+  const auto problem = store().set(name, value);
+  if (!problem) return std::nullopt;
+  return Foundation::NSError::withDescription(
+      std::string(kStoreSessionErrorDomain),
+      static_cast<std::int64_t>(StoreSessionError::invalidSetting), *problem);
 }
 
-bool StoreSession::setStorefront(const std::string& country) {
-  if (!storefrontCurrency(country)) return false;
-  EmbeddedStore::current().setStorefront(country);
-  return true;
+void StoreSession::setFlag(std::string_view name, bool value) {
+  if (const auto error = set(name, value ? "true" : "false")) {
+    Foundation::warn("A setting stays as it is: " + error->localizedDescription());
+  }
 }
 
-const Catalogue& StoreSession::catalogue() const { return EmbeddedStore::current().catalogue(); }
+void StoreSession::resetToDefaultState() { store().resetToDefaultState(); }
+
+SKError::Code StoreSession::failureError() const {
+  return static_cast<SKError::Code>(settings().failureError);
+}
+
+void StoreSession::setFailureError(SKError::Code code) {
+  if (const auto error = set("failureError", std::to_string(static_cast<int>(code)))) {
+    Foundation::warn("A setting stays as it is: " + error->localizedDescription());
+  }
+}
+
+StoreSession::Failure StoreSession::setAnswerDelay(double seconds) {
+  std::ostringstream text;
+  text.imbue(std::locale::classic());
+  text << seconds;
+  return set("answerDelay", text.str());
+}
 
 void StoreSession::failPurchases(SKError::Code code, std::size_t count) {
-  auto& failures = scenario().purchaseFailures;
-  failures.insert(failures.end(), count, SKError(code).nsError());
+  store().scenario().purchases.order(SKError(code).nsError(), count);
 }
 
 void StoreSession::cancelPurchases(std::size_t count) {
@@ -62,16 +90,88 @@ void StoreSession::cancelPurchases(std::size_t count) {
 }
 
 void StoreSession::failProductsRequests(const Foundation::NSError& error, std::size_t count) {
-  auto& failures = scenario().productsFailures;
-  failures.insert(failures.end(), count, error);
+  store().scenario().productsRequests.order(error, count);
 }
 
-void StoreSession::setCanMakePayments(bool allowed) { scenario().canMakePayments = allowed; }
+void StoreSession::failRestore(const Foundation::NSError& error, std::size_t after) {
+  store().scenario().restores.push_back({error, after});
+}
 
 void StoreSession::setAnswersProductsInBackground(bool background) {
-  scenario().answersProductsInBackground = background;
+  store().scenario().answersProductsInBackground = background;
 }
 
-void StoreSession::relaunch() { EmbeddedStore::current().queue().restart(); }
+std::vector<StoreTransaction> StoreSession::allTransactions() const {
+  store().renewSubscriptions();
+  std::vector<StoreTransaction> transactions;
+  for (const auto& entry : store().ledger().all()) {
+    transactions.push_back(StoreTransaction::of(entry));
+  }
+  return transactions;
+}
+
+StoreSession::Failure StoreSession::clearTransactions() { return server().clear(); }
+
+StoreSession::Failure StoreSession::deleteTransaction(std::int64_t identifier) {
+  return server().remove(identifier);
+}
+
+StoreSession::Failure StoreSession::buyProduct(const std::string& productIdentifier) {
+  return server().buy(productIdentifier);
+}
+
+StoreSession::Failure StoreSession::beginStorePurchase(const std::string& productIdentifier) {
+  return server().begin(productIdentifier);
+}
+
+StoreSession::Failure StoreSession::refundTransaction(std::int64_t identifier) {
+  return server().refund(identifier);
+}
+
+StoreSession::Failure StoreSession::approveAskToBuyTransaction(std::int64_t identifier) {
+  return server().approve(identifier);
+}
+
+StoreSession::Failure StoreSession::declineAskToBuyTransaction(std::int64_t identifier) {
+  return server().decline(identifier);
+}
+
+StoreSession::Failure StoreSession::resolveIssueForTransaction(std::int64_t identifier) {
+  return server().resolve(identifier);
+}
+
+StoreSession::Failure StoreSession::enableAutoRenewForTransaction(std::int64_t identifier) {
+  return server().setAutoRenew(identifier, true);
+}
+
+StoreSession::Failure StoreSession::disableAutoRenewForTransaction(std::int64_t identifier) {
+  return server().setAutoRenew(identifier, false);
+}
+
+StoreSession::Failure StoreSession::forceRenewalOfSubscription(
+    const std::string& productIdentifier) {
+  return server().forceRenewal(productIdentifier);
+}
+
+StoreSession::Failure StoreSession::expireSubscription(const std::string& productIdentifier) {
+  return server().expire(productIdentifier);
+}
+
+StoreSession::Failure StoreSession::requestPriceIncreaseConsentForTransaction(
+    std::int64_t identifier) {
+  return server().setPriceIncrease(identifier, true);
+}
+
+StoreSession::Failure StoreSession::consentToPriceIncreaseForTransaction(std::int64_t identifier) {
+  return server().setPriceIncrease(identifier, false);
+}
+
+StoreSession::Failure StoreSession::declinePriceIncreaseForTransaction(std::int64_t identifier) {
+  return server().declinePriceIncrease(identifier);
+}
+
+void StoreSession::relaunch() { store().queue().restart(); }
+
+void StoreSession::clockDidChange() { store().catchUp(); }
 
 }  // namespace StoreKit

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Foundation/NSError.hpp"
@@ -10,20 +13,34 @@
 #include "platform/embedded/store/Catalogue.hpp"
 #include "platform/embedded/store/EmbeddedStore.hpp"
 #include "platform/embedded/store/StoreConfiguration.hpp"
+#include "platform/embedded/store/StoreTransaction.hpp"
+#include "platform/embedded/store/server/StoreSessionError.hpp"
 
 namespace StoreKit {
 
-/// Opens the embedded store and makes it behave: succeed, fail, cancel, come back after a restart.
+/// Opens the embedded store and controls it, with the names that the platform's test session has.
 ///
 ///     auto opening = StoreSession::open("shop.storekit");
 ///     if (!opening.session) return complain(opening.problems);
-///     opening.session->cancelPurchases();  // the next one
+///     opening.session->setAskToBuyEnabled(true);
 ///
 /// There is one store in a process; opening another replaces it, and earlier sessions control
 /// the new one. Destroying a session closes nothing.
+///
+/// **Settings** begin with what the configuration says. What is set here is kept in the ledger and
+/// holds for every program on it, until `resetToDefaultState`. A purchase is judged by the settings
+/// of the moment in which its outcome is decided.
+///
+/// **Transactions** are named by the ledger's own number (`StoreTransaction::identifier`). What is
+/// done to them is committed before the call returns; the queue's observers, of every program on
+/// the ledger, hear of it in a later turn. An operation answers with an error, of the domain
+/// `kStoreSessionErrorDomain` or of the ledger, exactly when nothing was changed.
+///
 /// Thread: main.
 class StoreSession {
  public:
+  using Failure = std::optional<Foundation::NSError>;
+
   struct Options {
     /// The ledger file, or ":memory:" for a ledger that ends with the process. Empty: what
     /// `ledgerPathFor` says, which lasts from run to run.
@@ -50,40 +67,157 @@ class StoreSession {
   explicit StoreSession(StoreConfiguration configuration, StoreSources sources = {},
                         std::unique_ptr<Ledger> ledger = nullptr);
 
-  /// The user's language: the one that products are described in, and half of their price locale.
-  /// At first the configuration's. A locale that nobody knows gets the neutral forms.
-  [[nodiscard]] const std::string& locale() const;
-  void setLocale(std::string locale);
-
-  /// The country that the user buys in (ISO 3166-1 alpha-3, "BRA"): it decides the currency. At
-  /// first the configuration's.
-  [[nodiscard]] const std::string& storefront() const;
-  /// False, and nothing changes, for a country that does not exist.
-  [[nodiscard]] bool setStorefront(const std::string& country);
-
   /// What the store sells, in the order of the configuration. Valid until another store is opened,
-  /// or the locale or the storefront changes.
+  /// or a setting changes.
   [[nodiscard]] const Catalogue& catalogue() const;
 
-  /// The next `count` purchases fail with this store error.
+  // --- settings -----------------------------------------------------------------------------
+
+  [[nodiscard]] const StoreConfiguration::Settings& settings() const;
+
+  /// Any setting by name, as text (`settingNames` lists them).
+  [[nodiscard]] std::optional<std::string> setting(std::string_view name) const;
+  Failure set(std::string_view name, const std::string& value);
+
+  /// Takes everything back that was set, also errors that were ordered. Transactions stay.
+  void resetToDefaultState();
+
+  /// The user's language: the one that products are described in, and half of their price locale.
+  /// A locale that nobody knows gets the neutral forms.
+  [[nodiscard]] const std::string& locale() const { return settings().locale; }
+  Failure setLocale(const std::string& locale) { return set("locale", locale); }
+
+  /// The country that the user buys in (ISO 3166-1 alpha-3, "BRA"): it decides the currency. One
+  /// that does not exist is an error. Observers hear of a change; what was fetched stays as it is.
+  [[nodiscard]] const std::string& storefront() const { return settings().storefront; }
+  Failure setStorefront(const std::string& country) { return set("storefront", country); }
+
+  /// The embedded store never shows a dialog; kept for those who read the setting.
+  [[nodiscard]] bool disableDialogs() const { return settings().disableDialogs; }
+  void setDisableDialogs(bool disable) { setFlag("disableDialogs", disable); }
+
+  /// Purchases are deferred until they are approved or declined.
+  [[nodiscard]] bool askToBuyEnabled() const { return settings().askToBuyEnabled; }
+  void setAskToBuyEnabled(bool enabled) { setFlag("askToBuyEnabled", enabled); }
+
+  /// Purchases fail with error 0 (Unknown), and can be resolved.
+  [[nodiscard]] bool interruptedPurchasesEnabled() const {
+    return settings().interruptedPurchasesEnabled;
+  }
+  void setInterruptedPurchasesEnabled(bool enabled) {
+    setFlag("interruptedPurchasesEnabled", enabled);
+  }
+
+  /// Purchases fail with `failureError`. Any code will do.
+  [[nodiscard]] bool failTransactionsEnabled() const { return settings().failTransactionsEnabled; }
+  void setFailTransactionsEnabled(bool enabled) { setFlag("failTransactionsEnabled", enabled); }
+  [[nodiscard]] SKError::Code failureError() const;
+  void setFailureError(SKError::Code code);
+
+  /// How fast subscriptions go by: one of the platform's numbers, see `TimeRate.hpp`; any other is
+  /// an error. Periods that are running end when they were going to.
+  [[nodiscard]] int timeRate() const { return settings().timeRate; }
+  Failure setTimeRate(int rate) { return set("timeRate", std::to_string(rate)); }
+
+  /// Renewals cannot be paid, and are tried again for a while. Switched off, those that are being
+  /// tried succeed.
+  [[nodiscard]] bool billingRetryOnRenewalEnabled() const {
+    return settings().billingRetryOnRenewalEnabled;
+  }
+  void setBillingRetryOnRenewalEnabled(bool enabled) {
+    setFlag("billingRetryOnRenewalEnabled", enabled);
+  }
+  /// A renewal that is paid within the grace period follows without a gap.
+  [[nodiscard]] bool billingGracePeriodEnabled() const {
+    return settings().billingGracePeriodEnabled;
+  }
+  void setBillingGracePeriodEnabled(bool enabled) { setFlag("billingGracePeriodEnabled", enabled); }
+
+  /// False: the user or the device may not pay, and every purchase fails with error 4.
+  [[nodiscard]] bool canMakePayments() const { return settings().canMakePayments; }
+  void setCanMakePayments(bool allowed) { setFlag("canMakePayments", allowed); }
+
+  /// Seconds, by the store's clock, until it answers: product requests, purchases, restores.
+  [[nodiscard]] double answerDelay() const { return settings().answerDelay; }
+  Failure setAnswerDelay(double seconds);
+
+  // --- errors, in this program --------------------------------------------------------------
+
+  /// The next `count` purchases fail with this store error; `kAlways`, all of them; 0, none.
   void failPurchases(SKError::Code code, std::size_t count = 1);
 
   /// The user cancels the next `count` purchases.
   void cancelPurchases(std::size_t count = 1);
 
-  /// The next `count` products requests fail with `error`.
+  /// The next `count` products requests fail with `error`; `kAlways`, all of them; 0, none.
   void failProductsRequests(const Foundation::NSError& error, std::size_t count = 1);
 
-  /// False: the user or the device may not pay, and every purchase fails. Default true.
-  void setCanMakePayments(bool allowed);
+  /// The next restore fails with `error`, when so many transactions have been restored.
+  void failRestore(const Foundation::NSError& error, std::size_t after = 0);
 
   /// True: products requests are answered on a thread of their own. Default false.
   void setAnswersProductsInBackground(bool background);
+
+  // --- transactions -------------------------------------------------------------------------
+
+  /// In the order in which they were added.
+  [[nodiscard]] std::vector<StoreTransaction> allTransactions() const;
+
+  /// Removes all, or one with its children: the renewals of a first period, the restored copies of
+  /// a purchase. Those that are in a queue leave it.
+  Failure clearTransactions();
+  Failure deleteTransaction(std::int64_t identifier);
+
+  /// A purchase outside the application: it is in the queue as purchased. Always succeeds for a
+  /// product that is sold.
+  Failure buyProduct(const std::string& productIdentifier);
+
+  /// A purchase that the user begins in the store: the application is asked whether to carry on,
+  /// as soon as one observes the queue.
+  Failure beginStorePurchase(const std::string& productIdentifier);
+
+  /// Refunds what was purchased, at once: it is not restored any more, a subscription ends, and
+  /// observers hear of the loss; those that start later, at their start.
+  Failure refundTransaction(std::int64_t identifier);
+
+  /// Settle a deferred purchase, also one that was finished meanwhile: it is delivered as
+  /// purchased, or as failed with error 2 (PaymentCancelled).
+  Failure approveAskToBuyTransaction(std::int64_t identifier);
+  Failure declineAskToBuyTransaction(std::int64_t identifier);
+
+  /// Settles an interrupted purchase, or a renewal that could not be paid: the application
+  /// receives a new transaction.
+  Failure resolveIssueForTransaction(std::int64_t identifier);
+
+  // --- subscriptions ------------------------------------------------------------------------
+
+  /// Of the running subscription that the transaction belongs to.
+  Failure enableAutoRenewForTransaction(std::int64_t identifier);
+  Failure disableAutoRenewForTransaction(std::int64_t identifier);
+
+  /// Ends the period and starts the next, now; turns auto-renewal on.
+  Failure forceRenewalOfSubscription(const std::string& productIdentifier);
+  /// Ends the subscription, now.
+  Failure expireSubscription(const std::string& productIdentifier);
+
+  /// Without the user's consent the subscription ends with its period.
+  Failure requestPriceIncreaseConsentForTransaction(std::int64_t identifier);
+  Failure consentToPriceIncreaseForTransaction(std::int64_t identifier);
+  Failure declinePriceIncreaseForTransaction(std::int64_t identifier);
+
+  // --- the run ------------------------------------------------------------------------------
 
   /// What the application sees when it is ended and started again: purchases that had not begun
   /// are gone, those that had begun are carried on, and everything unfinished is delivered anew,
   /// as new objects. Observers stay.
   void relaunch();
+
+  /// To be called when a clock of the application's own was moved: what has become due happens now
+  /// (renewals, slow answers), and is reported in later turns.
+  void clockDidChange();
+
+ private:
+  void setFlag(std::string_view name, bool value);
 };
 
 }  // namespace StoreKit

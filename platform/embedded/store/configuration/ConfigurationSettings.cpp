@@ -1,17 +1,16 @@
 #include "platform/embedded/store/configuration/ConfigurationSettings.hpp"
-#include "platform/embedded/store/Storefront.hpp"
 
 #include <algorithm>
 #include <limits>
+
+#include "platform/embedded/store/Storefront.hpp"
+#include "platform/embedded/store/server/TimeRate.hpp"
 
 namespace StoreKit::detail {
 
 namespace {
 
 using Settings = StoreConfiguration::Settings;
-
-constexpr int kTimeRates[] = {0,  1,  2,  3,    4,    5,    6,    10,   11,
-                              12, 13, 15, 1000, 1001, 1002, 1003, 1004, 1005};
 
 std::string readLocale(const ConfigurationFields& fields) {
   std::string fallback = Settings().locale;
@@ -40,8 +39,9 @@ std::string readStorefront(const ConfigurationFields& fields) {
 
 int readTimeRate(const ConfigurationFields& fields) {
   const auto written = fields.wholeNumber("_timeRate", 0);
-  const auto* const rate = std::find(std::begin(kTimeRates), std::end(kTimeRates), written);
-  if (rate != std::end(kTimeRates)) return *rate;
+  constexpr auto kLargest = std::numeric_limits<int>::max();
+  const bool fits = written >= 0 && written <= kLargest;
+  if (fits && isTimeRate(static_cast<int>(written))) return static_cast<int>(written);
   fields.warn("_timeRate", std::to_string(written) + " is no time rate; read as 0, real time");
   return 0;
 }

@@ -24,6 +24,7 @@ constexpr std::size_t kUserVersionAt = 60;
 constexpr std::size_t kApplicationIdAt = 68;
 constexpr char kMagic[] = "SQLite format 3";  // with its NUL
 
+// Version 1, and then what each later version adds. A new file goes the whole way.
 constexpr const char* kTables = R"(
 CREATE TABLE entry(
   identifier INTEGER PRIMARY KEY AUTOINCREMENT,
@@ -47,6 +48,22 @@ CREATE INDEX revisions ON entry(revision);
 CREATE TABLE counter(name TEXT PRIMARY KEY, value INTEGER NOT NULL) WITHOUT ROWID;
 INSERT INTO counter VALUES('revision', 0), ('owner', 0);
 )";
+constexpr const char* kUpgrades[] = {R"(
+ALTER TABLE entry ADD COLUMN cancel_date REAL;
+ALTER TABLE entry ADD COLUMN refund_revision INTEGER;
+ALTER TABLE entry ADD COLUMN issue INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE entry ADD COLUMN asks_application INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE entry ADD COLUMN deleted INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE entry ADD COLUMN subscription_group TEXT;
+ALTER TABLE entry ADD COLUMN running INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE entry ADD COLUMN period TEXT;
+CREATE INDEX periods ON entry(subscription_group) WHERE subscription_group IS NOT NULL;
+CREATE INDEX running ON entry(identifier) WHERE running = 1;
+CREATE INDEX refunds ON entry(refund_revision) WHERE refund_revision IS NOT NULL;
+CREATE TABLE setting(name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;
+INSERT INTO counter VALUES('settings', 0), ('told_refunds', 0);
+)"};
+static_assert(std::size(kUpgrades) + 1 == kLedgerVersion);
 
 [[noreturn]] void refuse(const std::string& path, const std::string& reason) {
   throw SqliteError(SQLITE_NOTADB, path + ": " + reason);
@@ -118,23 +135,37 @@ bool hasTables(SqliteDatabase& database) {
   return version.next() && version.integer(0) == kLedgerApplicationId;
 }
 
-// An upgrade may still be in the log, where the header does not tell. Closing leaves it there.
-void checkVersion(SqliteDatabase& database, const std::string& path) {
+std::int64_t version(SqliteDatabase& database) {
   SqliteStatement statement(database, "PRAGMA user_version");
-  const auto version = statement.next() ? statement.integer(0) : 0;
-  if (version <= kLedgerVersion) return;
-  sqlite3_db_config(database.handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-  refuseVersion(path, version);
+  return statement.next() ? statement.integer(0) : 0;
 }
 
-// In the rollback mode that a new file begins with, so that the header says what the file is from
-// the first moment. Of several processes at once, one makes the tables.
+// An upgrade may still be in the log, where the header does not tell. Closing leaves it there.
+void checkVersion(SqliteDatabase& database, const std::string& path) {
+  const auto found = version(database);
+  if (found <= kLedgerVersion) return;
+  sqlite3_db_config(database.handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  refuseVersion(path, found);
+}
+
+bool isUpToDate(SqliteDatabase& database) {
+  return hasTables(database) && version(database) == kLedgerVersion;
+}
+
+// A new file is still in rollback mode here, so that its header says what it is from the first
+// moment. Of several processes at once, one makes the tables.
 void makeTables(SqliteDatabase& database) {
-  if (hasTables(database)) return;
+  if (isUpToDate(database)) return;
   SqliteTransaction transaction(database);
-  if (hasTables(database)) return;
-  database.execute(kTables);
-  database.execute(("PRAGMA application_id = " + std::to_string(kLedgerApplicationId)).c_str());
+  if (isUpToDate(database)) return;
+  if (!hasTables(database)) {
+    database.execute(kTables);
+    database.execute(("PRAGMA application_id = " + std::to_string(kLedgerApplicationId)).c_str());
+    database.execute("PRAGMA user_version = 1");
+  }
+  for (auto next = version(database); next < kLedgerVersion; ++next) {
+    database.execute(kUpgrades[next - 1]);
+  }
   database.execute(("PRAGMA user_version = " + std::to_string(kLedgerVersion)).c_str());
   transaction.commit();
 }

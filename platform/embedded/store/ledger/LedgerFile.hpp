@@ -17,7 +17,7 @@ namespace StoreKit::detail {
 
 /// "TQSL": the application id in the header of each ledger.
 inline constexpr int kLedgerApplicationId = 0x5451534C;
-/// The version of the tables; a ledger with a greater one is refused.
-inline constexpr int kLedgerVersion = 1;
+/// The version of the tables. A ledger of an earlier one is upgraded in place, a later one refused.
+inline constexpr int kLedgerVersion = 2;
 
 }  // namespace StoreKit::detail

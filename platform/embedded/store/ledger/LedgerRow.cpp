@@ -1,76 +1,15 @@
 #include "platform/embedded/store/ledger/LedgerRow.hpp"
 
-#include <any>
 #include <cstring>
-#include <nlohmann/json.hpp>
 #include <utility>
+
+#include "platform/embedded/store/ledger/LedgerJson.hpp"
 
 namespace StoreKit::detail {
 
 namespace {
 
-using Foundation::NSError;
 using Foundation::detail::SqliteStatement;
-using Json = nlohmann::json;
-
-Json errorJson(const NSError& error);
-
-// Absent for a value that has no JSON form.
-std::optional<Json> valueJson(const std::any& value) {
-  if (const auto* text = std::any_cast<std::string>(&value)) return Json(*text);
-  if (const auto* integer = std::any_cast<std::int64_t>(&value)) return Json(*integer);
-  if (const auto* real = std::any_cast<double>(&value)) return Json(*real);
-  if (const auto* flag = std::any_cast<bool>(&value)) return Json(*flag);
-  if (const auto* error = std::any_cast<NSError>(&value)) return errorJson(*error);
-  return std::nullopt;
-}
-
-Json errorJson(const NSError& error) {
-  Json userInfo = Json::object();
-  for (const auto& [key, value] : error.userInfo()) {
-    if (auto json = valueJson(value)) userInfo[key] = std::move(*json);
-  }
-  return {{"domain", error.domain()}, {"code", error.code()}, {"userInfo", std::move(userInfo)}};
-}
-
-NSError errorFrom(const Json& json);
-
-std::any valueFrom(const Json& json) {
-  if (json.is_string()) return json.get<std::string>();
-  if (json.is_number_integer()) return json.get<std::int64_t>();
-  if (json.is_number()) return json.get<double>();
-  if (json.is_boolean()) return json.get<bool>();
-  return errorFrom(json);
-}
-
-NSError errorFrom(const Json& json) {
-  NSError::UserInfo userInfo;
-  for (const auto& [key, value] : json.at("userInfo").items()) {
-    userInfo.emplace(key, valueFrom(value));
-  }
-  return {json.at("domain"), json.at("code"), std::move(userInfo)};
-}
-
-Json discountJson(const SKPaymentDiscount& discount) {
-  return {{"identifier", discount.identifier},
-          {"keyIdentifier", discount.keyIdentifier},
-          {"nonce", discount.nonce},
-          {"signature", discount.signature},
-          {"timestamp", discount.timestamp}};
-}
-
-SKPaymentDiscount discountFrom(const Json& json) {
-  return {.identifier = json.at("identifier"),
-          .keyIdentifier = json.at("keyIdentifier"),
-          .nonce = json.at("nonce"),
-          .signature = json.at("signature"),
-          .timestamp = json.at("timestamp")};
-}
-
-// Text that is not UTF-8 is kept as well as JSON can.
-std::string dump(const Json& json) {
-  return json.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
 
 std::optional<std::string> optionalText(const SqliteStatement& row, int column) {
   if (row.isNull(column)) return std::nullopt;
@@ -80,6 +19,33 @@ std::optional<std::string> optionalText(const SqliteStatement& row, int column) 
 std::optional<std::int64_t> optionalInteger(const SqliteStatement& row, int column) {
   if (row.isNull(column)) return std::nullopt;
   return row.integer(column);
+}
+
+std::optional<Foundation::Date> optionalDate(const SqliteStatement& row, int column) {
+  if (row.isNull(column)) return std::nullopt;
+  return Foundation::Date::sinceEpoch(row.real(column));
+}
+
+std::optional<double> seconds(const std::optional<Foundation::Date>& date) {
+  if (!date) return std::nullopt;
+  return date->timeIntervalSince1970();
+}
+
+void bindPeriod(SqliteStatement& statement, const std::optional<SubscriptionPeriod>& period) {
+  if (period) {
+    statement.bind(period->group).bind(std::int64_t{period->running});
+    statement.bind(periodText(*period));
+  } else {
+    statement.bindNull().bind(std::int64_t{0}).bindNull();
+  }
+}
+
+std::optional<SubscriptionPeriod> readPeriod(const SqliteStatement& row, int column) {
+  if (row.isNull(column)) return std::nullopt;
+  auto period = periodFrom(row.text(column + 2));
+  period.group = row.text(column);
+  period.running = row.integer(column + 1) != 0;
+  return period;
 }
 
 void bindPayment(SqliteStatement& statement, const SKPayment::Values& payment) {
@@ -92,7 +58,7 @@ void bindPayment(SqliteStatement& statement, const SKPayment::Values& payment) {
   statement.bind(payment.applicationUsername)
       .bind(std::int64_t{payment.simulatesAskToBuyInSandbox});
   if (const auto& discount = payment.paymentDiscount) {
-    statement.bind(dump(discountJson(*discount)));
+    statement.bind(discountText(*discount));
   } else {
     statement.bindNull();
   }
@@ -109,7 +75,7 @@ SKPayment::Values readPayment(const SqliteStatement& row, int column) {
   payment.applicationUsername = optionalText(row, column + 3);
   payment.simulatesAskToBuyInSandbox = row.integer(column + 4) != 0;
   if (const auto discount = optionalText(row, column + 5)) {
-    payment.paymentDiscount = discountFrom(Json::parse(*discount));
+    payment.paymentDiscount = discountFrom(*discount);
   }
   return payment;
 }
@@ -122,18 +88,19 @@ void bindEntry(SqliteStatement& statement, const LedgerEntry& entry) {
       .bind(std::int64_t{entry.finished})
       .bind(entry.owner);
   bindPayment(statement, entry.payment);
-  statement.bind(entry.transactionIdentifier);
-  if (const auto& date = entry.transactionDate) {
-    statement.bind(date->timeIntervalSince1970());
-  } else {
-    statement.bindNull();
-  }
+  statement.bind(entry.transactionIdentifier).bind(seconds(entry.transactionDate));
   if (const auto& error = entry.error) {
-    statement.bind(dump(errorJson(*error)));
+    statement.bind(errorText(*error));
   } else {
     statement.bindNull();
   }
-  statement.bind(entry.original);
+  statement.bind(entry.original)
+      .bind(seconds(entry.cancelDate))
+      .bind(entry.refundRevision)
+      .bind(std::int64_t{entry.hasPurchaseIssue})
+      .bind(std::int64_t{entry.asksApplication})
+      .bind(std::int64_t{entry.deleted});
+  bindPeriod(statement, entry.period);
   if (entry.identifier != 0) {
     statement.bind(entry.identifier);
   } else {
@@ -149,10 +116,16 @@ LedgerEntry readEntry(const SqliteStatement& row) {
   entry.owner = optionalInteger(row, 3);
   entry.payment = readPayment(row, 4);
   entry.transactionIdentifier = optionalText(row, 10);
-  if (!row.isNull(11)) entry.transactionDate = Foundation::Date::sinceEpoch(row.real(11));
-  if (const auto error = optionalText(row, 12)) entry.error = errorFrom(Json::parse(*error));
+  entry.transactionDate = optionalDate(row, 11);
+  if (const auto error = optionalText(row, 12)) entry.error = errorFrom(*error);
   entry.original = optionalInteger(row, 13);
-  entry.identifier = row.integer(14);
+  entry.cancelDate = optionalDate(row, 14);
+  entry.refundRevision = optionalInteger(row, 15);
+  entry.hasPurchaseIssue = row.integer(16) != 0;
+  entry.asksApplication = row.integer(17) != 0;
+  entry.deleted = row.integer(18) != 0;
+  entry.period = readPeriod(row, 19);
+  entry.identifier = row.integer(22);
   return entry;
 }
 

@@ -1,25 +1,16 @@
 #include "platform/embedded/store/ledger/SqliteLedger.hpp"
 
 #include <exception>
-#include <filesystem>
 #include <utility>
 
 #include "platform/Foundation/Print.hpp"
-#include "platform/embedded/store/ledger/LedgerFile.hpp"
-#include "platform/embedded/store/ledger/LedgerRow.hpp"
-#include "platform/embedded/store/ledger/LedgerWatch.hpp"
-#include "platform/embedded/store/ledger/OwnerLock.hpp"
+#include "platform/embedded/store/ledger/LedgerDatabase.hpp"
 
 namespace StoreKit {
 
 namespace {
 
-using Foundation::detail::SqliteDatabase;
 using Foundation::detail::SqliteError;
-using Foundation::detail::SqliteStatement;
-using Foundation::detail::SqliteTransaction;
-
-std::string columns() { return detail::kEntryColumns; }
 
 Foundation::NSError ledgerError(const std::exception& error) {
   const auto* known = dynamic_cast<const SqliteError*>(&error);
@@ -48,197 +39,30 @@ auto reading(const Work& work) -> decltype(work()) {
   }
 }
 
-std::int64_t raise(SqliteDatabase& database, std::string_view counter) {
-  SqliteStatement statement(database,
-                            "UPDATE counter SET value = value + 1 WHERE name = ? RETURNING value");
-  statement.bind(counter);
-  const bool there = statement.next();
-  const auto value = there ? statement.integer(0) : 0;
-  if (there) statement.reset();
-  return value;
-}
-
-// Commits do not wait for the disk while this lives. What closes the database afterwards, and may
-// bring the log into the file and remove it, waits again.
-class Relaxation {
- public:
-  Relaxation(SqliteDatabase& database, bool wanted) : database_(database), wanted_(wanted) {
-    if (wanted_) database_.execute("PRAGMA synchronous = OFF");
-  }
-  ~Relaxation() {
-    if (wanted_) {
-      sqlite3_exec(database_.handle(), "PRAGMA synchronous = FULL", nullptr, nullptr, nullptr);
-    }
-  }
-  Relaxation(const Relaxation&) = delete;
-  Relaxation& operator=(const Relaxation&) = delete;
-
- private:
-  SqliteDatabase& database_;
-  bool wanted_;
-};
-
-// Makes a statement ready again, also when what was read cannot be understood.
-class Rewinding {
- public:
-  explicit Rewinding(SqliteStatement& statement) : statement_(statement) {}
-  ~Rewinding() { statement_.reset(); }
-  Rewinding(const Rewinding&) = delete;
-  Rewinding& operator=(const Rewinding&) = delete;
-
- private:
-  SqliteStatement& statement_;
-};
-
-// One name for one file, also after the program has changed its folder.
-std::string wholePath(const std::string& path) {
-  return path == ":memory:" ? path : std::filesystem::weakly_canonical(path).string();
-}
-
-std::int64_t newOwner(SqliteDatabase& database) {
-  SqliteTransaction transaction(database);
-  const auto owner = raise(database, "owner");
-  transaction.commit();
-  return owner;
-}
-
 }  // namespace
 
-// The database with its prepared statements. Everything here throws; the ledger's functions make
-// values of it.
-class SqliteLedger::Implementation {
- public:
-  explicit Implementation(const std::string& path)
-      : path_(wholePath(path)), database_(detail::openLedgerFile(path)) {
-    database_->execute("PRAGMA synchronous = FULL");
-  }
-
-  void add(LedgerEntries& entries, Durability durability, const Complete& complete) {
-    inTransaction(durability, [&](std::int64_t revision) {
-      for (auto& entry : entries) {
-        entry.revision = revision;
-        entry.identifier = 0;
-        write(insert_, entry);
-        entry.identifier = sqlite3_last_insert_rowid(database_->handle());
-        if (!complete) continue;
-        complete(entry);
-        write(replace_, entry);
-      }
-    });
-  }
-
-  void update(LedgerEntries& entries, Durability durability) {
-    inTransaction(durability, [&](std::int64_t revision) {
-      for (auto& entry : entries) {
-        auto known = find(entry.identifier);
-        if (!known) throw SqliteError(SQLITE_CORRUPT, path_ + ": an entry is missing");
-        if (known->revision == entry.revision) {
-          entry.revision = revision;
-          write(replace_, entry);
-        } else {
-          entry = std::move(*known);
-        }
-      }
-    });
-  }
-
-  void adoptOrphans() {
-    LedgerEntries orphans;
-    for (auto& entry : select("WHERE finished = 0")) {
-      if (!entry.owner || lock_.isAlive(*entry.owner)) continue;
-      entry.owner = lock_.owner();
-      orphans.push_back(std::move(entry));
-    }
-    if (!orphans.empty()) update(orphans, Durability::killedProcess);
-  }
-
-  std::optional<LedgerEntry> find(std::int64_t identifier) {
-    const Rewinding rewinding(find_.bind(identifier));
-    if (!find_.next()) return std::nullopt;
-    return detail::readEntry(find_);
-  }
-
-  LedgerEntries select(const std::string& condition) {
-    SqliteStatement statement(*database_, "SELECT " + columns() + " FROM entry " + condition);
-    return read(statement);
-  }
-
-  LedgerEntries changedAfter(std::int64_t revision) { return read(changedAfter_.bind(revision)); }
-
-  std::int64_t revision() {
-    const auto value = revision_.next() ? revision_.integer(0) : 0;
-    revision_.reset();
-    return value;
-  }
-
-  [[nodiscard]] std::int64_t owner() const { return lock_.owner(); }
-
-  void watch(std::function<void()> changed) {
-    if (path_ != ":memory:")
-      watch_ = std::make_unique<detail::LedgerWatch>(path_, std::move(changed));
-  }
-
- private:
-  // What a relaxed change leaves unsynchronised, the next full one brings to the disk along with
-  // itself: the log is one file.
-  template <class Work>
-  void inTransaction(Durability durability, const Work& work) {
-    const Relaxation relaxation(*database_, durability == Durability::killedProcess);
-    SqliteTransaction transaction(*database_);
-    work(raise(*database_, "revision"));
-    transaction.commit();
-  }
-
-  static void write(SqliteStatement& statement, const LedgerEntry& entry) {
-    detail::bindEntry(statement, entry);
-    statement.run();
-  }
-
-  static LedgerEntries read(SqliteStatement& statement) {
-    const Rewinding rewinding(statement);
-    LedgerEntries entries;
-    while (statement.next()) entries.push_back(detail::readEntry(statement));
-    return entries;
-  }
-
-  std::string path_;
-  std::unique_ptr<SqliteDatabase> database_;
-  detail::OwnerLock lock_{path_, newOwner(*database_)};
-  SqliteStatement insert_{
-      *database_, "INSERT INTO entry(" + columns() + ") VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"};
-  SqliteStatement replace_{*database_, "UPDATE entry SET (" + columns() +
-                                           ") = (?1,?2,?3,?4,?5,?6,?7,?8,?9,?10,?11,?12,?13,?14,"
-                                           "?15) WHERE identifier = ?15"};
-  SqliteStatement find_{*database_, "SELECT " + columns() + " FROM entry WHERE identifier = ?"};
-  SqliteStatement changedAfter_{*database_, "SELECT " + columns() +
-                                                " FROM entry WHERE revision > ?"
-                                                " ORDER BY revision, identifier"};
-  SqliteStatement revision_{*database_, "SELECT value FROM counter WHERE name = 'revision'"};
-  std::unique_ptr<detail::LedgerWatch> watch_;
-};
-
-SqliteLedger::SqliteLedger(std::unique_ptr<Implementation> implementation)
-    : implementation_(std::move(implementation)) {}
+SqliteLedger::SqliteLedger(std::unique_ptr<detail::LedgerDatabase> database)
+    : database_(std::move(database)) {}
 
 SqliteLedger::~SqliteLedger() = default;
 
 SqliteLedger::Opening SqliteLedger::open(const std::string& path) {
   try {
-    auto implementation = std::make_unique<Implementation>(path);
-    (void)implementation->select("WHERE finished = 0");  // throws when the file is damaged
-    return {.ledger = std::unique_ptr<SqliteLedger>(new SqliteLedger(std::move(implementation)))};
+    auto database = std::make_unique<detail::LedgerDatabase>(path);
+    (void)database->select("WHERE finished = 0");  // throws when the file is damaged
+    return {.ledger = std::unique_ptr<SqliteLedger>(new SqliteLedger(std::move(database)))};
   } catch (const std::exception& error) {
     return {.error = error.what()};
   }
 }
 
-std::int64_t SqliteLedger::owner() const { return implementation_->owner(); }
+std::int64_t SqliteLedger::owner() const { return database_->owner(); }
 
 Ledger::Failure SqliteLedger::add(LedgerEntries& entries, Durability durability,
                                   const Complete& complete) {
   auto added = entries;
   return attempt([&] {
-    implementation_->add(added, durability, complete);
+    database_->add(added, durability, complete);
     entries.swap(added);
   });
 }
@@ -246,43 +70,94 @@ Ledger::Failure SqliteLedger::add(LedgerEntries& entries, Durability durability,
 Ledger::Failure SqliteLedger::update(LedgerEntries& entries, Durability durability) {
   auto changed = entries;
   return attempt([&] {
-    implementation_->update(changed, durability);
+    database_->update(changed, durability);
     entries.swap(changed);
   });
 }
 
+Ledger::Replacement SqliteLedger::replace(LedgerEntries& entries, Durability durability,
+                                          const Complete& complete) {
+  auto changed = entries;
+  bool done = false;
+  if (auto error = attempt([&] { done = database_->replace(changed, durability, complete); })) {
+    return {.error = std::move(error)};
+  }
+  if (done) entries.swap(changed);
+  return {.conflict = !done};
+}
+
 Ledger::Failure SqliteLedger::adoptOrphans() {
-  return attempt([&] { implementation_->adoptOrphans(); });
+  return attempt([&] { database_->adoptOrphans(); });
 }
 
 std::optional<LedgerEntry> SqliteLedger::find(std::int64_t identifier) const {
-  return reading([&] { return implementation_->find(identifier); });
+  auto entry = reading([&] { return database_->find(identifier); });
+  return entry && !entry->deleted ? entry : std::nullopt;
 }
 
 LedgerEntries SqliteLedger::unfinished() const {
-  return reading([&] { return implementation_->select("WHERE finished = 0 ORDER BY identifier"); });
+  return reading([&] { return database_->select("WHERE finished = 0 ORDER BY identifier"); });
 }
 
 LedgerEntries SqliteLedger::finishedPurchases() const {
   return reading([&] {
-    return implementation_->select("WHERE finished = 1 AND state = 1 ORDER BY identifier");
+    return database_->select(
+        "WHERE finished = 1 AND state = 1 AND deleted = 0 ORDER BY identifier");
   });
 }
 
 LedgerEntries SqliteLedger::all() const {
-  return reading([&] { return implementation_->select("ORDER BY identifier"); });
+  return reading([&] { return database_->select("WHERE deleted = 0 ORDER BY identifier"); });
 }
 
 LedgerEntries SqliteLedger::changedAfter(std::int64_t revision) const {
-  return reading([&] { return implementation_->changedAfter(revision); });
+  return reading([&] { return database_->changedAfter(revision); });
 }
 
 std::int64_t SqliteLedger::revision() const {
-  return reading([&] { return implementation_->revision(); });
+  return reading([&] { return database_->counter("revision"); });
 }
 
-void SqliteLedger::watch(std::function<void()> changed) {
-  implementation_->watch(std::move(changed));
+LedgerEntries SqliteLedger::runningPeriods() const {
+  return reading([&] { return database_->select("WHERE running = 1 ORDER BY identifier"); });
 }
+
+std::optional<LedgerEntry> SqliteLedger::firstPeriod(std::string_view group) const {
+  auto first = reading([&] {
+    return database_->select("WHERE subscription_group = ? ORDER BY identifier LIMIT 1", group);
+  });
+  if (first.empty()) return std::nullopt;
+  return std::move(first.front());
+}
+
+LedgerEntries SqliteLedger::untoldRefunds() const {
+  return reading([&] {
+    return database_->select("WHERE refund_revision > ? ORDER BY refund_revision",
+                             database_->counter("told_refunds"));
+  });
+}
+
+Ledger::Failure SqliteLedger::tellRefunds(std::int64_t revision) {
+  return attempt([&] { database_->raiseCounter("told_refunds", revision); });
+}
+
+LedgerSettings SqliteLedger::settings() const {
+  return reading([&] { return database_->settings(); });
+}
+
+std::int64_t SqliteLedger::settingsRevision() const {
+  return reading([&] { return database_->counter("settings"); });
+}
+
+Ledger::Failure SqliteLedger::set(std::string_view setting,
+                                  const std::optional<std::string>& value) {
+  return attempt([&] { database_->set(setting, value); });
+}
+
+Ledger::Failure SqliteLedger::clearSettings() {
+  return attempt([&] { database_->clearSettings(); });
+}
+
+void SqliteLedger::watch(std::function<void()> changed) { database_->watch(std::move(changed)); }
 
 }  // namespace StoreKit

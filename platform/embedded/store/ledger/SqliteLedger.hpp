@@ -8,6 +8,10 @@
 
 namespace StoreKit {
 
+namespace detail {
+class LedgerDatabase;
+}
+
 /// A ledger in a SQLite file, or in memory, that several programs may have open at once.
 ///
 /// A change is in the file before the call returns; with `Durability::powerCut` it is on the disk,
@@ -32,20 +36,30 @@ class SqliteLedger final : public Ledger {
   [[nodiscard]] Failure add(LedgerEntries& entries, Durability durability,
                             const Complete& complete = nullptr) override;
   [[nodiscard]] Failure update(LedgerEntries& entries, Durability durability) override;
+  [[nodiscard]] Replacement replace(LedgerEntries& entries, Durability durability,
+                                    const Complete& complete = nullptr) override;
   [[nodiscard]] Failure adoptOrphans() override;
   [[nodiscard]] std::optional<LedgerEntry> find(std::int64_t identifier) const override;
   [[nodiscard]] LedgerEntries unfinished() const override;
   [[nodiscard]] LedgerEntries finishedPurchases() const override;
   [[nodiscard]] LedgerEntries all() const override;
+  [[nodiscard]] LedgerEntries runningPeriods() const override;
+  [[nodiscard]] std::optional<LedgerEntry> firstPeriod(std::string_view group) const override;
+  [[nodiscard]] LedgerEntries untoldRefunds() const override;
+  [[nodiscard]] Failure tellRefunds(std::int64_t revision) override;
+  [[nodiscard]] LedgerSettings settings() const override;
+  [[nodiscard]] std::int64_t settingsRevision() const override;
+  [[nodiscard]] Failure set(std::string_view setting,
+                            const std::optional<std::string>& value) override;
+  [[nodiscard]] Failure clearSettings() override;
   [[nodiscard]] LedgerEntries changedAfter(std::int64_t revision) const override;
   [[nodiscard]] std::int64_t revision() const override;
   void watch(std::function<void()> changed) override;
 
  private:
-  class Implementation;
-  explicit SqliteLedger(std::unique_ptr<Implementation> implementation);
+  explicit SqliteLedger(std::unique_ptr<detail::LedgerDatabase> database);
 
-  std::unique_ptr<Implementation> implementation_;
+  std::unique_ptr<detail::LedgerDatabase> database_;
 };
 
 }  // namespace StoreKit

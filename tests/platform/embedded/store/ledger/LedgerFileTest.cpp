@@ -82,17 +82,17 @@ TEST_F(LedgerFile, OfSomebodyElseIsRefused) {
 
 TEST_F(LedgerFile, OfANewerVersionIsRefused) {
   makeLedger();
-  executeOnFile("PRAGMA user_version = 2");
+  executeOnFile("PRAGMA user_version = 3");
 
   expectRefused(
-      "is a ledger of version 2, written by a newer program; this one reads up to version 1");
+      "is a ledger of version 3, written by a newer program; this one reads up to version 2");
 }
 
 TEST_F(LedgerFile, OfAVersionThatIsNewerOnlyInItsLogIsRefused) {
   makeLedger();
   EXPECT_EQ(inChild([this] {
               Foundation::detail::SqliteDatabase newer(path, SQLITE_OPEN_READWRITE);
-              newer.execute("PRAGMA user_version = 2");
+              newer.execute("PRAGMA user_version = 3");
               std::_Exit(0);
               return 1;
             }),
@@ -101,7 +101,7 @@ TEST_F(LedgerFile, OfAVersionThatIsNewerOnlyInItsLogIsRefused) {
   ASSERT_FALSE(log.empty());
   const auto before = bytesOf(path);
 
-  EXPECT_THAT(SqliteLedger::open(path).error, HasSubstr("is a ledger of version 2"));
+  EXPECT_THAT(SqliteLedger::open(path).error, HasSubstr("is a ledger of version 3"));
 
   EXPECT_EQ(bytesOf(path), before);
   EXPECT_EQ(bytesOf(path + "-wal"), log);

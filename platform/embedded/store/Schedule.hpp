@@ -1,0 +1,40 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "platform/Foundation/Date.hpp"
+
+namespace StoreKit {
+
+/// What the store will do when its clock comes to a moment: slow answers, slow downloads.
+///
+/// Thread: main.
+class Schedule {
+ public:
+  void add(Foundation::Date moment, std::function<void()> step) {
+    steps_.emplace(moment, std::move(step));
+  }
+
+  /// When the next step is due.
+  [[nodiscard]] std::optional<Foundation::Date> next() const {
+    if (steps_.empty()) return std::nullopt;
+    return steps_.begin()->first;
+  }
+
+  /// Runs what is due at `now`, in the order of the moments; not what that adds.
+  void run(Foundation::Date now) {
+    decltype(steps_) due;
+    while (!steps_.empty() && !(now < steps_.begin()->first)) {
+      due.insert(due.end(), steps_.extract(steps_.begin()));
+    }
+    for (const auto& [moment, step] : due) step();
+  }
+
+ private:
+  std::multimap<Foundation::Date, std::function<void()>> steps_;
+};
+
+}  // namespace StoreKit

@@ -1,0 +1,81 @@
+#include "platform/embedded/store/UnfinishedTransactions.hpp"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace StoreKit {
+
+namespace {
+
+bool isPurchasing(const LedgerEntry& entry) {
+  return entry.state == SKPaymentTransactionState::purchasing;
+}
+
+// Negative numbers come last.
+std::uint64_t place(const UnfinishedTransactions::Pointer& transaction) {
+  return static_cast<std::uint64_t>(transaction->entry().identifier);
+}
+
+}  // namespace
+
+void UnfinishedTransactions::restart(const Ledger& ledger, std::uint64_t opening) {
+  ledger_ = &ledger;
+  opening_ = opening;
+  list_.clear();
+}
+
+UnfinishedTransactions::Pointer UnfinishedTransactions::find(std::int64_t identifier) const {
+  const auto found = std::find_if(list_.begin(), list_.end(), [&](const Pointer& transaction) {
+    return transaction->entry().identifier == identifier;
+  });
+  return found == list_.end() ? nullptr : *found;
+}
+
+SKPaymentTransactionPtr UnfinishedTransactions::originalOf(const LedgerEntry& entry) const {
+  if (!entry.original) return nullptr;
+  auto purchase = ledger_->find(*entry.original);
+  if (!purchase) return nullptr;
+  return std::make_shared<LedgerTransaction>(opening_, std::move(*purchase), nullptr);
+}
+
+UnfinishedTransactions::Pointer UnfinishedTransactions::add(LedgerEntry entry) {
+  auto original = originalOf(entry);
+  auto added = std::make_shared<LedgerTransaction>(opening_, std::move(entry), std::move(original));
+  const auto behind =
+      std::upper_bound(list_.begin(), list_.end(), added,
+                       [](const auto& a, const auto& b) { return place(a) < place(b); });
+  list_.insert(behind, added);
+  return added;
+}
+
+UnfinishedTransactions::Changes UnfinishedTransactions::merge(const LedgerEntries& entries) {
+  Changes changes;
+  for (const auto& entry : entries) {
+    const auto transaction = find(entry.identifier);
+    if (!transaction) {
+      if (!entry.finished && !isPurchasing(entry)) changes.updated.push_back(add(entry));
+      continue;
+    }
+    if (transaction->entry().revision > entry.revision) continue;
+    const auto stateBefore = transaction->entry().state;
+    const bool continues = entry.original != transaction->entry().original;
+    transaction->update(entry, continues ? originalOf(entry) : transaction->originalTransaction());
+    if (entry.finished) {
+      changes.removed.push_back(transaction);
+    } else if (entry.state != stateBefore) {
+      changes.updated.push_back(transaction);
+    }
+  }
+  std::erase_if(list_, [](const Pointer& each) { return each->entry().finished; });
+  return changes;
+}
+
+UnfinishedTransactions::List UnfinishedTransactions::inState(bool purchasing) const {
+  List found;
+  std::copy_if(list_.begin(), list_.end(), std::back_inserter(found),
+               [&](const Pointer& each) { return isPurchasing(each->entry()) == purchasing; });
+  return found;
+}
+
+}  // namespace StoreKit

@@ -1,0 +1,75 @@
+#include "platform/embedded/store/server/Renewals.hpp"
+
+#include <algorithm>
+
+#include "platform/embedded/store/server/TimeRate.hpp"
+
+namespace StoreKit {
+
+namespace {
+
+using Foundation::Date;
+
+Date after(Date date, double seconds) {
+  return Date::sinceEpoch(date.timeIntervalSince1970() + seconds);
+}
+
+bool hasCome(Date date, Date now) { return !(now < date); }
+
+}  // namespace
+
+Date Renewals::due(const SubscriptionPeriod& period, double retrySeconds) {
+  return period.retryingSince ? after(*period.retryingSince, retrySeconds) : period.ends;
+}
+
+std::optional<Date> Renewals::nextDue() {
+  std::optional<Date> next;
+  for (const auto& group : sale_.runningGroups()) {
+    const auto date = due(*sale_.running(group)->period, retrySeconds(settings_.timeRate));
+    if (!next || date < *next) next = date;
+  }
+  return next;
+}
+
+void Renewals::runDue(Date now) {
+  for (const auto& group : sale_.runningGroups()) runDue(group, now);
+}
+
+void Renewals::runDue(const std::string& group, Date now) {
+  for (int count = 0; count <= kMostRenewals; ++count) {
+    auto* const running = sale_.running(group);
+    if (running == nullptr) return;
+    auto& period = *running->period;
+    if (period.retryingSince && !settings_.billingRetryOnRenewalEnabled) {
+      resolve(group, now);
+      continue;
+    }
+    if (!hasCome(due(period, retrySeconds(settings_.timeRate)), now)) return;
+    if (!period.renews || period.asksForPriceIncrease || period.retryingSince) {
+      sale_.end(group);
+      return;
+    }
+    if (settings_.billingRetryOnRenewalEnabled) {
+      period.retryingSince = period.ends;
+      continue;
+    }
+    sale_.renew(group, count < kMostRenewals ? period.ends : now);
+  }
+}
+
+bool Renewals::isInGrace(const LedgerEntry& running, Date now) const {
+  if (!settings_.billingGracePeriodEnabled) return false;
+  const auto* const product = catalogue_.find(running.payment.productIdentifier);
+  if (product == nullptr || !product->product->subscriptionPeriod()) return false;
+  const double grace = graceSeconds(*product->product->subscriptionPeriod(), settings_.timeRate);
+  return now < after(running.period->ends, grace);
+}
+
+void Renewals::resolve(const std::string& group, Date now) {
+  auto* const running = sale_.running(group);
+  if (running == nullptr || !running->period->retryingSince) return;
+  const auto begin = isInGrace(*running, now) ? running->period->ends : now;
+  sale_.renew(group, begin);
+}
+
+}  // namespace StoreKit

@@ -1,0 +1,238 @@
+#include "platform/embedded/store/server/StoreServer.hpp"
+
+#include <set>
+#include <utility>
+
+#include "platform/StoreKit/SKError.hpp"
+#include "platform/embedded/store/EmbeddedStore.hpp"
+#include "platform/embedded/store/server/Renewals.hpp"
+#include "platform/embedded/store/server/Sale.hpp"
+#include "platform/embedded/store/server/Verdict.hpp"
+
+namespace StoreKit {
+
+namespace {
+
+using State = SKPaymentTransactionState;
+using Failure = StoreServer::Failure;
+
+constexpr int kMostAttempts = 100;
+
+Failure failure(StoreSessionError code, std::string description) {
+  return Foundation::NSError::withDescription(std::string(kStoreSessionErrorDomain),
+                                              static_cast<std::int64_t>(code),
+                                              std::move(description));
+}
+
+std::string name(const LedgerEntry& entry) {
+  return "Transaction " + std::to_string(entry.identifier);
+}
+
+Failure invalidAction(const LedgerEntry& entry, const std::string& what) {
+  return failure(StoreSessionError::invalidAction, name(entry) + " " + what);
+}
+
+// Without what a query would still find.
+LedgerEntry removed(LedgerEntry entry) {
+  entry.deleted = entry.finished = true;
+  entry.period.reset();
+  entry.cancelDate.reset();
+  entry.refundRevision.reset();
+  return entry;
+}
+
+}  // namespace
+
+Failure StoreServer::commit(const std::function<Failure(Sale&)>& change) {
+  store_.renewSubscriptions();
+  for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+    auto sale = store_.sale();
+    if (auto error = change(sale)) return error;
+    auto entries = sale.changes();
+    auto written =
+        store_.ledger().replace(entries, Ledger::Durability::powerCut, store_.numbering());
+    if (written.conflict) continue;
+    if (written.error) return written.error;
+    store_.queue().absorbLater();
+    store_.setAlarm();
+    return std::nullopt;
+  }
+  return failure(StoreSessionError::serviceUnavailable, "The ledger keeps changing.");
+}
+
+Failure StoreServer::changeTransaction(std::int64_t identifier, const Change& change) {
+  return commit([&](Sale& sale) -> Failure {
+    auto entry = store_.ledger().find(identifier);
+    if (entry) return change(*entry, sale);
+    return failure(StoreSessionError::noTransactionFound,
+                   "There is no transaction " + std::to_string(identifier) + ".");
+  });
+}
+
+Failure StoreServer::changeSubscription(const std::string& product, const Change& change) {
+  return commit([&](Sale& sale) -> Failure {
+    const auto* const sold = store_.catalogue().find(product);
+    if (sold == nullptr) {
+      return failure(StoreSessionError::invalidProductIdentifier,
+                     "Nothing is sold as " + product + ".");
+    }
+    if (sold->type != ProductType::autoRenewableSubscription) {
+      return failure(StoreSessionError::invalidProductType,
+                     product + " is no auto-renewable subscription.");
+    }
+    const auto group = sold->product->subscriptionGroupIdentifier().value_or("");
+    auto* const running = sale.running(group);
+    if (running != nullptr && running->payment.productIdentifier == product) {
+      return change(*running, sale);
+    }
+    return failure(StoreSessionError::noSubscriptionFound, product + " is not running.");
+  });
+}
+
+Failure StoreServer::approve(std::int64_t identifier) {
+  return changeTransaction(identifier, [this](LedgerEntry& entry, Sale& sale) -> Failure {
+    if (entry.state != State::deferred) return invalidAction(entry, "waits for no approval.");
+    if (auto error = objection(entry.payment, store_.catalogue())) return error;
+    entry.transactionIdentifier = store_.sources().transactionIdentifier(entry.identifier);
+    sale.purchase(std::move(entry));
+    return std::nullopt;
+  });
+}
+
+Failure StoreServer::decline(std::int64_t identifier) {
+  return changeTransaction(identifier, [](LedgerEntry& entry, Sale& sale) -> Failure {
+    if (entry.state != State::deferred) return invalidAction(entry, "waits for no approval.");
+    entry.state = State::failed;
+    entry.error = SKError(SKError::Code::paymentCancelled).nsError();
+    entry.finished = false;
+    sale.keep(std::move(entry));
+    return std::nullopt;
+  });
+}
+
+Failure StoreServer::resolve(std::int64_t identifier) {
+  return changeTransaction(identifier, [this](LedgerEntry& entry, Sale& sale) -> Failure {
+    if (entry.hasPurchaseIssue) {
+      if (auto error = objection(entry.payment, store_.catalogue())) return error;
+      sale.purchase({.payment = entry.payment});
+      entry.hasPurchaseIssue = false;
+      sale.keep(std::move(entry));
+      return std::nullopt;
+    }
+    auto* const running = entry.period ? sale.running(entry.period->group) : nullptr;
+    if (running == nullptr || !running->period->retryingSince) {
+      return invalidAction(entry, "has no issue.");
+    }
+    Renewals(sale, store_.catalogue(), store_.settings()).resolve(entry.period->group, sale.now());
+    return std::nullopt;
+  });
+}
+
+Failure StoreServer::refund(std::int64_t identifier) {
+  return changeTransaction(identifier, [](LedgerEntry& entry, Sale& sale) -> Failure {
+    if (entry.state != State::purchased) return invalidAction(entry, "was not paid.");
+    if (entry.cancelDate) return invalidAction(entry, "was refunded before.");
+    auto* const running = entry.period ? sale.running(entry.period->group) : nullptr;
+    const bool isRunning = running != nullptr && running->identifier == entry.identifier;
+    auto& refunded = isRunning ? *running : entry;
+    refunded.cancelDate = sale.now();
+    if (isRunning) {
+      sale.end(entry.period->group);
+    } else {
+      sale.keep(std::move(entry));
+    }
+    return std::nullopt;
+  });
+}
+
+// With its children: the renewals of a first period, the restored copies of a purchase.
+Failure StoreServer::remove(std::int64_t identifier) {
+  return changeTransaction(identifier, [&](LedgerEntry& entry, Sale& sale) -> Failure {
+    sale.keep(removed(entry));
+    for (auto& other : store_.ledger().all()) {
+      if (other.original == identifier) sale.keep(removed(std::move(other)));
+    }
+    return std::nullopt;
+  });
+}
+
+Failure StoreServer::clear() {
+  return commit([this](Sale& sale) -> Failure {
+    for (auto& entry : store_.ledger().all()) sale.keep(removed(std::move(entry)));
+    return std::nullopt;
+  });
+}
+
+Failure StoreServer::buy(const std::string& product) {
+  return commit([&](Sale& sale) -> Failure {
+    LedgerEntry entry{.payment = {.productIdentifier = product}};
+    if (objection(entry.payment, store_.catalogue())) {
+      return failure(StoreSessionError::invalidProductIdentifier,
+                     "Nothing is sold as " + product + ".");
+    }
+    sale.purchase(std::move(entry));
+    return std::nullopt;
+  });
+}
+
+Failure StoreServer::begin(const std::string& product) {
+  return commit([&](Sale& sale) -> Failure {
+    LedgerEntry entry{.payment = {.productIdentifier = product}, .asksApplication = true};
+    if (objection(entry.payment, store_.catalogue())) {
+      return failure(StoreSessionError::invalidProductIdentifier,
+                     "Nothing is sold as " + product + ".");
+    }
+    sale.keep(std::move(entry));
+    return std::nullopt;
+  });
+}
+
+Failure StoreServer::changeSubscriptionOf(std::int64_t identifier,
+                                          const std::function<void(SubscriptionPeriod&)>& change) {
+  return changeTransaction(identifier, [&](LedgerEntry& entry, Sale& sale) -> Failure {
+    auto* const running = entry.period ? sale.running(entry.period->group) : nullptr;
+    if (running == nullptr) {
+      return failure(StoreSessionError::noSubscriptionFound,
+                     name(entry) + " belongs to no running subscription.");
+    }
+    change(*running->period);
+    return std::nullopt;
+  });
+}
+
+Failure StoreServer::setAutoRenew(std::int64_t identifier, bool renews) {
+  return changeSubscriptionOf(identifier,
+                              [&](SubscriptionPeriod& period) { period.renews = renews; });
+}
+
+Failure StoreServer::setPriceIncrease(std::int64_t identifier, bool asks) {
+  return changeSubscriptionOf(
+      identifier, [&](SubscriptionPeriod& period) { period.asksForPriceIncrease = asks; });
+}
+
+Failure StoreServer::declinePriceIncrease(std::int64_t identifier) {
+  return changeSubscriptionOf(identifier, [](SubscriptionPeriod& period) {
+    period.asksForPriceIncrease = false;
+    period.renews = false;
+  });
+}
+
+Failure StoreServer::forceRenewal(const std::string& product) {
+  return changeSubscription(product, [](LedgerEntry& running, Sale& sale) -> Failure {
+    running.period->renews = true;
+    running.period->asksForPriceIncrease = false;
+    sale.renew(running.period->group, sale.now());
+    return std::nullopt;
+  });
+}
+
+Failure StoreServer::expire(const std::string& product) {
+  return changeSubscription(product, [](LedgerEntry& running, Sale& sale) -> Failure {
+    running.period->renews = false;
+    if (sale.now() < running.period->ends) running.period->ends = sale.now();
+    sale.end(running.period->group);
+    return std::nullopt;
+  });
+}
+
+}  // namespace StoreKit
