@@ -1,6 +1,7 @@
 #include "platform/embedded/store/ledger/LedgerWatch.hpp"
 
 #include <chrono>
+#include <filesystem>
 #include <utility>
 
 #include "platform/Foundation/Print.hpp"
@@ -19,6 +20,15 @@ constexpr int kPatienceInMilliseconds = 10'000;
 constexpr auto kBetweenLooks = 25ms;
 // So many looks without a change, and the ledger is idle.
 constexpr int kLooksUntilIdle = 20;
+constexpr auto kAfterTrouble = 1s;
+// A log that is never idle long enough is brought in beside the writers, when it has so many bytes.
+constexpr std::uintmax_t kLongLog = 4U << 20U;
+
+bool hasLongLog(const std::string& path) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path + "-wal", error);
+  return !error && size > kLongLog;
+}
 
 // First what takes time, and keeps nobody from writing; then the log is emptied, unless somebody
 // has begun to write. An emptied one has no old frames that a power cut could bring back among the
@@ -49,32 +59,38 @@ LedgerWatch::~LedgerWatch() {
   thread_.join();
 }
 
-bool LedgerWatch::waitForNextLook() {
+bool LedgerWatch::waitFor(std::chrono::milliseconds pause) {
   std::unique_lock lock(mutex_);
-  return !ended_.wait_for(lock, kBetweenLooks, [this] { return ending_; });
+  return !ended_.wait_for(lock, pause, [this] { return ending_; });
 }
 
 void LedgerWatch::run() {
-  try {
-    SqliteDatabase database(path_, SQLITE_OPEN_READWRITE);
-    database.execute("PRAGMA synchronous = FULL");
-    SqliteStatement version(database, "PRAGMA data_version");
-    std::int64_t seen = 0;
-    int quietLooks = 0;
-    while (waitForNextLook()) {
-      const bool row = version.next();
-      const auto now = row ? version.integer(0) : seen;
-      version.reset();
-      if (now != seen) {
-        seen = now;
-        quietLooks = 0;
-        changed_();
-      } else if (++quietLooks == kLooksUntilIdle) {
-        checkpoint(database);
+  bool complained = false;
+  do {
+    try {
+      watch();
+    } catch (const SqliteError& error) {
+      if (!std::exchange(complained, true)) {
+        Foundation::warn(std::string("The ledger cannot be watched for now: ") + error.what());
       }
     }
-  } catch (const SqliteError& error) {
-    Foundation::warn(std::string("The ledger is not watched any more: ") + error.what());
+  } while (waitFor(kAfterTrouble));
+}
+
+void LedgerWatch::watch() {
+  SqliteDatabase database(path_, SQLITE_OPEN_READWRITE);
+  database.execute("PRAGMA synchronous = FULL");
+  SqliteStatement version(database, "PRAGMA data_version");
+  std::int64_t seen = 0;
+  int quietLooks = 0;
+  while (waitFor(kBetweenLooks)) {
+    const bool row = version.next();
+    const auto now = row ? version.integer(0) : seen;
+    version.reset();
+    const bool changed = std::exchange(seen, now) != now;
+    quietLooks = changed ? 0 : quietLooks + 1;
+    if (changed) changed_();
+    if (quietLooks == kLooksUntilIdle || (changed && hasLongLog(path_))) checkpoint(database);
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -9,7 +10,8 @@
 namespace StoreKit::detail {
 
 /// Looks after a ledger file from a thread of its own: tells when another program has changed it,
-/// and brings the write-ahead log back into the file while nobody is writing.
+/// and brings the write-ahead log back into the file while nobody is writing, or when the log has
+/// become long. When the file cannot be read it says so once, and tries again each second.
 ///
 /// A look costs a few microseconds, forty times a second.
 class LedgerWatch {
@@ -24,7 +26,9 @@ class LedgerWatch {
 
  private:
   void run();
-  [[nodiscard]] bool waitForNextLook();
+  void watch();
+  // False when it is time to end.
+  [[nodiscard]] bool waitFor(std::chrono::milliseconds pause);
 
   const std::string path_;
   const std::function<void()> changed_;

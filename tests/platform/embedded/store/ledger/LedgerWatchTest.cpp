@@ -94,6 +94,23 @@ TEST_F(LedgerWatch, BringsTheLogIntoTheFileWhenNothingHappens) {
   EXPECT_THAT(products(ledger->all()), testing::ElementsAre("gems"));
 }
 
+TEST_F(LedgerWatch, ALogThatIsNeverIdleDoesNotGrowWithoutEnd) {
+  const auto log = path + "-wal";
+  const LedgerEntries batch(200, entry("gems"));
+  std::uintmax_t written = 0;
+  std::uintmax_t longest = 0;
+  const auto end = Clock::now() + 20s;
+  while (written < (64U << 20U) && Clock::now() < end) {
+    const auto before = std::filesystem::file_size(log);
+    addTo(*ledger, batch);
+    const auto size = std::filesystem::file_size(log);
+    written += size > before ? size - before : size;
+    longest = std::max(longest, size);
+  }
+
+  EXPECT_LT(longest, written / 2);
+}
+
 TEST_F(LedgerWatch, EndsWithTheLedgerAndIsSilentThen) {
   const auto begin = Clock::now();
 
