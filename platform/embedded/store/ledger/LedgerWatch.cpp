@@ -1,7 +1,6 @@
 #include "platform/embedded/store/ledger/LedgerWatch.hpp"
 
 #include <chrono>
-#include <filesystem>
 #include <utility>
 
 #include "platform/Foundation/Print.hpp"
@@ -21,14 +20,6 @@ constexpr auto kBetweenLooks = 25ms;
 // So many looks without a change, and the ledger is idle.
 constexpr int kLooksUntilIdle = 20;
 constexpr auto kAfterTrouble = 1s;
-// A log that is never idle long enough is brought in beside the writers, when it has so many bytes.
-constexpr std::uintmax_t kLongLog = 4U << 20U;
-
-bool hasLongLog(const std::string& path) {
-  std::error_code error;
-  const auto size = std::filesystem::file_size(path + "-wal", error);
-  return !error && size > kLongLog;
-}
 
 // First what takes time, and keeps nobody from writing; then the log is emptied, unless somebody
 // has begun to write. An emptied one has no old frames that a power cut could bring back among the
@@ -90,7 +81,7 @@ void LedgerWatch::watch() {
     const bool changed = std::exchange(seen, now) != now;
     quietLooks = changed ? 0 : quietLooks + 1;
     if (changed) changed_();
-    if (quietLooks == kLooksUntilIdle || (changed && hasLongLog(path_))) checkpoint(database);
+    if (quietLooks == kLooksUntilIdle) checkpoint(database);
   }
 }
 

@@ -10,8 +10,8 @@
 namespace StoreKit::detail {
 
 /// Looks after a ledger file from a thread of its own: tells when another program has changed it,
-/// and brings the write-ahead log back into the file while nobody is writing, or when the log has
-/// become long. When the file cannot be read it says so once, and tries again each second.
+/// and brings the write-ahead log back into the file while nobody is writing.
+/// When the file cannot be read it says so once, and tries again each second.
 ///
 /// A look costs a few microseconds, forty times a second.
 class LedgerWatch {

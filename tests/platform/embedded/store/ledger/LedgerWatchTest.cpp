@@ -95,20 +95,15 @@ TEST_F(LedgerWatch, BringsTheLogIntoTheFileWhenNothingHappens) {
 }
 
 TEST_F(LedgerWatch, ALogThatIsNeverIdleDoesNotGrowWithoutEnd) {
-  const auto log = path + "-wal";
   const LedgerEntries batch(200, entry("gems"));
-  std::uintmax_t written = 0;
   std::uintmax_t longest = 0;
-  const auto end = Clock::now() + 20s;
-  while (written < (64U << 20U) && Clock::now() < end) {
-    const auto before = std::filesystem::file_size(log);
+
+  for (int i = 0; i < 600; ++i) {  // more than 40 MiB in all
     addTo(*ledger, batch);
-    const auto size = std::filesystem::file_size(log);
-    written += size > before ? size - before : size;
-    longest = std::max(longest, size);
+    longest = std::max(longest, std::filesystem::file_size(path + "-wal"));
   }
 
-  EXPECT_LT(longest, written / 2);
+  EXPECT_LT(longest, 20U << 20U);
 }
 
 TEST_F(LedgerWatch, EndsWithTheLedgerAndIsSilentThen) {
