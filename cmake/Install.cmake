@@ -4,10 +4,15 @@ include(GNUInstallDirs)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/TQStoreKitLib)
 
-install(TARGETS TQStoreKitLib Platform EmbeddedPlatform EXPORT TQStoreKitLibTargets)
+install(TARGETS TQStoreKitLib Platform ${TQSTOREKIT_REALISATION} EXPORT TQStoreKitLibTargets)
+# The headers behind Apple's realisation are nobody else's business.
+if(TQSTOREKIT_PLATFORM STREQUAL "apple")
+  set(internal PATTERN "platform/embedded" EXCLUDE PATTERN "platform/apple" EXCLUDE)
+else()
+  set(internal PATTERN "configuration" EXCLUDE PATTERN "platform/apple" EXCLUDE)
+endif()
 install(DIRECTORY TQStoreKitLib platform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-  FILES_MATCHING PATTERN "*.hpp"
-  PATTERN "configuration" EXCLUDE)
+  FILES_MATCHING PATTERN "*.hpp" ${internal})
 install(EXPORT TQStoreKitLibTargets NAMESPACE TQStoreKitLib:: DESTINATION ${package_dir})
 
 configure_package_config_file(cmake/TQStoreKitLibConfig.cmake.in

@@ -15,6 +15,8 @@ enum class JSONKind { null, boolean, number, text, list, object };
 
 /// Lists and objects within each other that are read and written at most; the platform's own limit.
 inline constexpr std::size_t kDeepestJSON = 512;
+/// Bytes of JSON text that are read at most: a gigabyte.
+inline constexpr std::size_t kLongestJSON = std::size_t{1} << 30U;
 
 /// Reads JSON text value by value, without building anything from it.
 ///
@@ -30,7 +32,8 @@ inline constexpr std::size_t kDeepestJSON = 512;
 ///
 /// Every function that reads says whether it could: a value of another kind stays where it is. What
 /// was not read when the reader steps on is skipped, and checked. Text that is no JSON (RFC 8259,
-/// strictly; UTF-8), at whatever place, is a `problem`: from then on nothing can be read.
+/// strictly; UTF-8), at whatever place, or too long, is a `problem`: from then on nothing can be
+/// read.
 /// Thread: one reader is used by one thread at a time.
 class JSONReader {
  public:

@@ -46,7 +46,12 @@ struct Level {
 
 class JSONReader::Implementation {
  public:
-  explicit Implementation(std::string_view text) : text_(padded(text)) {
+  explicit Implementation(std::string_view text) {
+    if (text.size() > kLongestJSON) {
+      problem_ = "the text is too long";
+      return;
+    }
+    text_ = padded(text);
     const auto length = text_.size() - simdjson::SIMDJSON_PADDING;
     ondemand::array outermost;
     if (!succeeds(parser_.iterate(text_.data(), length, text_.size()).get(document_)) ||

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <curl/curl.h>
+
+#include <cstdint>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/Foundation/URLSessionTask.hpp"
+#include "platform/embedded/Foundation/urlsession/NetworkThread.hpp"
+
+namespace Foundation::detail {
+
+class Transfer;
+
+/// What the tasks of one session share on the wire: connections (at most six to a host at a time;
+/// further transfers wait), cookies, TLS sessions. And the transfers under way.
+///
+/// Thread: the network thread, also for its end; it may be made on any.
+class ConnectionPool final : SocketWatcher, Timer {
+ public:
+  using TaskPtr = std::shared_ptr<URLSessionTask::Implementation>;
+
+  ConnectionPool();
+  ~ConnectionPool() override;
+
+  /// Begins a transfer for `task`, and ends it with the cancelled error if it is still under way.
+  void start(TaskPtr task);
+  void cancel(const URLSessionTask::Implementation* task);
+
+  /// For transfers: hands out a libcurl handle without options and takes it back; puts it on the wire
+  /// and takes it off. One that is taken off before its end loses its connection.
+  [[nodiscard]] CURL* takeHandle();
+  void giveBack(CURL* handle);
+  void add(CURL* handle);
+  void remove(CURL* handle);
+  /// The transfer is over; it is destroyed in this call.
+  void forget(const Transfer& transfer);
+
+ private:
+  void open();
+  void socketIsReady(int socket, short events) override;
+  void timeHasCome() override;
+  void act(curl_socket_t socket, int events);
+  void tellEnded();
+  static int watchSocket(CURL*, curl_socket_t socket, int what, void* pool, void*);
+  static int setTimer(CURLM*, long milliseconds, void* pool);
+
+  struct FreeEasy {
+    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+  };
+  struct FreeMulti {
+    void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
+  };
+  struct FreeShare {
+    void operator()(CURLSH* share) const { curl_share_cleanup(share); }
+  };
+
+  NetworkThread& thread_;
+  std::unique_ptr<CURLSH, FreeShare> share_;
+  std::unique_ptr<CURLM, FreeMulti> multi_;
+  std::vector<std::unique_ptr<CURL, FreeEasy>> spare_;
+  std::unordered_map<const URLSessionTask::Implementation*, std::unique_ptr<Transfer>> transfers_;
+};
+
+}  // namespace Foundation::detail

@@ -1,0 +1,138 @@
+#include "platform/embedded/Foundation/urlsession/CurlRequest.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "platform/embedded/Foundation/urlsession/Redirect.hpp"
+#include "platform/embedded/Foundation/urlsession/URLErrors.hpp"
+
+namespace Foundation::detail {
+
+namespace {
+
+bool isTokenCharacter(char c) {
+  constexpr std::string_view kOthers = "!#$%&'*+-.^_`|~";
+  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+         kOthers.find(c) != std::string_view::npos;
+}
+
+bool isToken(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), isTokenCharacter);
+}
+
+bool isFieldValue(std::string_view text) {
+  constexpr std::string_view kNever("\r\n\0", 3);
+  return text.find_first_of(kNever) == std::string_view::npos;
+}
+
+// How long the message is and where it ends is said by who sends it: a wrong word here would make
+// the server take one message for two.
+bool isOurs(const std::string& name) {
+  constexpr std::array<std::string_view, 4> kOurs = {"Content-Length", "Transfer-Encoding",
+                                                     "Connection", "Cookie"};
+  return std::any_of(kOurs.begin(), kOurs.end(),
+                     [&](std::string_view ours) { return isSameASCIIText(ours, name); });
+}
+
+const char* variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value != nullptr && *value != '\0' ? value : nullptr;
+}
+
+// A method with a body, or one of which servers expect a length.
+bool sendsBody(const URLRequest& request) {
+  const auto& method = request.httpMethod();
+  return request.httpBody() || method == "POST" || method == "PUT" || method == "PATCH";
+}
+
+void applyBody(const URLRequest& request, CURL* easy) {
+  const auto& body = request.httpBody();
+  const auto size = body ? static_cast<curl_off_t>(body->size()) : curl_off_t{0};
+  curl_easy_setopt(easy, CURLOPT_POST, 1L);
+  curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, size);
+  curl_easy_setopt(easy, CURLOPT_POSTFIELDS,
+                   size > 0 ? static_cast<const void*>(body->data()) : "");
+}
+
+}  // namespace
+
+std::optional<NSError> problemOf(const URLRequest& request) {
+  const auto& url = request.url();
+  if (!isLoadable(url)) return urlError(NSURLErrorUnsupportedURL, url);
+  if (url.host().value_or("").empty()) return urlError(NSURLErrorBadURL, url);
+  if (!isToken(request.httpMethod())) {
+    return urlErrorInWords(NSURLErrorBadURL, url,
+                           "The request for " + hostName(url) + " has a method that is none.");
+  }
+  for (const auto& [name, value] : request.allHTTPHeaderFields()) {
+    if (isToken(name) && isFieldValue(value)) continue;
+    return urlErrorInWords(
+        NSURLErrorBadURL, url,
+        "The request for " + hostName(url) + " has a header field that cannot be sent.");
+  }
+  return std::nullopt;
+}
+
+CurlRequest::List CurlRequest::fieldList(const URLRequest& request) {
+  List list;
+  const auto add = [&list](const std::string& line) {
+    auto* const longer = curl_slist_append(list.get(), line.c_str());
+    if (longer == nullptr) return;
+    (void)list.release();
+    list.reset(longer);
+  };
+  for (const auto& [name, value] : request.allHTTPHeaderFields()) {
+    if (isOurs(name)) continue;
+    add(value.empty() ? name + ";" : name + ": " + value);
+  }
+  add("Expect:");
+  if (sendsBody(request) && !request.value("Content-Type")) add("Content-Type:");
+  return list;
+}
+
+void CurlRequest::apply(const URLRequest& request, CURL* easy) {
+  const auto& method = request.httpMethod();
+  curl_easy_setopt(easy, CURLOPT_URL, request.url().absoluteString().c_str());
+  if (method == "HEAD") {
+    curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
+  } else if (sendsBody(request)) {
+    applyBody(request, easy);
+  }
+  if (method != "HEAD" && method != "GET" && method != "POST") {
+    curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, method.c_str());
+  } else if (method == "GET" && sendsBody(request)) {
+    curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, "GET");
+  }
+  // A second transfer waits to hear whether it can share the connection of the first.
+  curl_easy_setopt(easy, CURLOPT_PIPEWAIT, isSecure(request.url()) ? 1L : 0L);
+  fields_ = fieldList(request);
+  curl_easy_setopt(easy, CURLOPT_HTTPHEADER, fields_.get());
+  if (const auto cookie = request.value("Cookie")) {
+    curl_easy_setopt(easy, CURLOPT_COOKIE, cookie->c_str());
+  }
+}
+
+void applyCommonOptions(CURL* easy) {
+  constexpr long kNever = 24L * 60 * 60 * 365;  // our own clock ends what takes too long
+  curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+  curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+  curl_easy_setopt(easy, CURLOPT_QUICK_EXIT,
+                   1L);  // do not wait for a name server to drop a transfer
+  curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT, kNever);
+  curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "");
+  curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
+  curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+  curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
+  curl_easy_setopt(easy, CURLOPT_USERAGENT, "TQStoreKitLib");
+  const char* const bundle = variable("CURL_CA_BUNDLE");
+  const char* const roots = bundle != nullptr ? bundle : variable("SSL_CERT_FILE");
+  if (roots != nullptr) curl_easy_setopt(easy, CURLOPT_CAINFO, roots);
+  if (const char* const folder = variable("SSL_CERT_DIR")) {
+    curl_easy_setopt(easy, CURLOPT_CAPATH, folder);
+  }
+}
+
+}  // namespace Foundation::detail

@@ -1,0 +1,165 @@
+#include "platform/embedded/Foundation/urlsession/Transfer.hpp"
+
+#include <chrono>
+#include <utility>
+
+#include "platform/embedded/Foundation/urlsession/Redirect.hpp"
+#include "platform/embedded/Foundation/urlsession/SessionTask.hpp"
+#include "platform/embedded/Foundation/urlsession/TransferError.hpp"
+#include "platform/embedded/Foundation/urlsession/URLErrors.hpp"
+
+namespace Foundation::detail {
+
+namespace {
+
+constexpr int kMostRedirects = 20;
+
+// What is no length of time counts as the default.
+Clock::duration patienceOf(const URLRequest& request) {
+  constexpr URLRequest::Seconds kDefault(60);
+  constexpr URLRequest::Seconds kLongest(365.0 * 24 * 60 * 60);
+  const auto interval = request.timeoutInterval();
+  const auto seconds = interval.count() > 0 ? std::min(interval, kLongest) : kDefault;
+  return std::chrono::duration_cast<Clock::duration>(seconds);
+}
+
+}  // namespace
+
+Transfer::Transfer(ConnectionPool& pool, NetworkThread& thread, TaskPtr task)
+    : Timer(thread.timers()),
+      pool_(pool),
+      thread_(thread),
+      task_(std::move(task)),
+      easy_(pool.takeHandle()),
+      patience_(patienceOf(task_->originalRequest())),
+      lastSign_(Clock::now()) {}
+
+Transfer::~Transfer() { pool_.giveBack(easy_); }
+
+const URLRequest& Transfer::request() const {
+  return redirected_ ? *redirected_ : task_->originalRequest();
+}
+
+void Transfer::start() {
+  if (auto problem = problemOf(request())) return finish(std::move(problem));
+  set(lastSign_ + patience_);
+  send();
+}
+
+void Transfer::cancel() {
+  pool_.remove(easy_);
+  finish(urlError(NSURLErrorCancelled, request().url()));
+}
+
+void Transfer::send() {
+  head_ = {};
+  sent_ = 0;
+  applyCommonOptions(easy_);
+  curlRequest_.apply(request(), easy_);
+  setCallbacks();
+  if (const long size = task_->bufferSize()) curl_easy_setopt(easy_, CURLOPT_BUFFERSIZE, size);
+  pool_.add(easy_);
+}
+
+void Transfer::setCallbacks() {
+  curl_easy_setopt(easy_, CURLOPT_PRIVATE, this);
+  curl_easy_setopt(easy_, CURLOPT_ERRORBUFFER, errorText_.data());
+  curl_easy_setopt(easy_, CURLOPT_HEADERFUNCTION, takeHead);
+  curl_easy_setopt(easy_, CURLOPT_HEADERDATA, this);
+  curl_easy_setopt(easy_, CURLOPT_WRITEFUNCTION, takeBody);
+  curl_easy_setopt(easy_, CURLOPT_WRITEDATA, this);
+  if (!request().httpBody()) return;
+  curl_easy_setopt(easy_, CURLOPT_XFERINFOFUNCTION, takeProgress);
+  curl_easy_setopt(easy_, CURLOPT_XFERINFODATA, this);
+  curl_easy_setopt(easy_, CURLOPT_NOPROGRESS, 0L);
+}
+
+void Transfer::ended(CURLcode result) {
+  auto failure = std::exchange(problem_, std::nullopt);
+  if (!failure && result != CURLE_OK) failure = failureOf(result);
+  if (!failure && leadsElsewhere()) return followRedirect();
+  if (!failure) {
+    receiveHead();
+    failure = std::exchange(problem_, std::nullopt);
+  }
+  pool_.remove(easy_);
+  finish(std::move(failure));
+}
+
+void Transfer::followRedirect() {
+  const auto next = location();
+  pool_.remove(easy_);
+  const auto& here = request().url();
+  if (!next) return finish(urlError(NSURLErrorRedirectToNonExistentLocation, here));
+  if (++redirects_ > kMostRedirects) return finish(urlError(NSURLErrorHTTPTooManyRedirects, *next));
+  redirected_ = redirected(request(), head_.status(), *next);
+  if (auto problem = problemOf(request())) return finish(std::move(problem));
+  curl_easy_reset(easy_);
+  send();
+}
+
+std::optional<URL> Transfer::location() const {
+  const char* text = nullptr;
+  curl_easy_getinfo(easy_, CURLINFO_REDIRECT_URL, &text);
+  return URL::withString(text != nullptr ? text : "");
+}
+
+bool Transfer::leadsElsewhere() const {
+  return isRedirect(head_.status()) && !head_.field("Location").empty();
+}
+
+// The head is complete: the task hears of it, once.
+void Transfer::receiveHead() {
+  if (std::exchange(hasHead_, true)) return;
+  curl_off_t length = kUnknownLength;
+  curl_easy_getinfo(easy_, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+  problem_ = task_->receiveResponse(head_.response(request().url(), length),
+                                    head_.hasBody(request().httpMethod()));
+}
+
+// Nothing of this object may be used afterwards.
+void Transfer::finish(std::optional<NSError> error) {
+  clear();
+  auto task = task_;
+  pool_.forget(*this);
+  URLSessionTask::Implementation::end(std::move(task), std::move(error));
+}
+
+NSError Transfer::failureOf(CURLcode result) const {
+  CurlFailure failure{.code = result, .text = errorText_.data()};
+  curl_easy_getinfo(easy_, CURLINFO_OS_ERRNO, &failure.systemError);
+  curl_easy_getinfo(easy_, CURLINFO_SSL_VERIFYRESULT, &failure.certificateError);
+  return transferError(failure, request().url(), networkIsUp());
+}
+
+void Transfer::timeHasCome() {
+  const auto end = lastSign_ + patience_;
+  if (end > thread_.now()) return set(end);
+  pool_.remove(easy_);
+  finish(urlError(NSURLErrorTimedOut, request().url()));
+}
+
+std::size_t Transfer::takeHead(char* line, std::size_t, std::size_t size, void* transfer) {
+  auto& self = *static_cast<Transfer*>(transfer);
+  self.somethingHappened();
+  if (self.hasHead_ || self.head_.add({line, size})) return size;
+  self.problem_ = urlError(NSURLErrorDataLengthExceedsMaximum, self.request().url());
+  return 0;
+}
+
+std::size_t Transfer::takeBody(char* bytes, std::size_t, std::size_t size, void* transfer) {
+  auto& self = *static_cast<Transfer*>(transfer);
+  self.somethingHappened();
+  if (self.leadsElsewhere()) return size;
+  self.receiveHead();
+  if (!self.problem_) self.problem_ = self.task_->receiveBytes({bytes, size});
+  return self.problem_ ? 0 : size;
+}
+
+int Transfer::takeProgress(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent) {
+  auto& self = *static_cast<Transfer*>(transfer);
+  if (std::exchange(self.sent_, sent) != sent) self.somethingHappened();
+  return 0;
+}
+
+}  // namespace Foundation::detail

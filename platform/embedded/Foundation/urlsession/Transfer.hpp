@@ -1,0 +1,68 @@
+#pragma once
+
+#include <curl/curl.h>
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+#include "platform/embedded/Foundation/urlsession/ConnectionPool.hpp"
+#include "platform/embedded/Foundation/urlsession/CurlRequest.hpp"
+#include "platform/embedded/Foundation/urlsession/NetworkThread.hpp"
+#include "platform/embedded/Foundation/urlsession/ResponseHead.hpp"
+
+namespace Foundation::detail {
+
+/// A task on the wire: from its first request over all redirects to its outcome, which it tells the
+/// task exactly once.
+///
+/// Thread: the network thread.
+class Transfer final : Timer {
+ public:
+  using TaskPtr = ConnectionPool::TaskPtr;
+
+  Transfer(ConnectionPool& pool, NetworkThread& thread, TaskPtr task);
+  ~Transfer() override;
+
+  /// Each may end the transfer and with it this object.
+  void start();
+  void cancel();
+  void ended(CURLcode result);
+
+  [[nodiscard]] const URLSessionTask::Implementation* key() const { return task_.get(); }
+
+ private:
+  [[nodiscard]] const URLRequest& request() const;
+  void send();
+  void setCallbacks();
+  void followRedirect();
+  [[nodiscard]] std::optional<URL> location() const;
+  [[nodiscard]] bool leadsElsewhere() const;
+  void receiveHead();
+  void finish(std::optional<NSError> error);
+  [[nodiscard]] NSError failureOf(CURLcode result) const;
+  void timeHasCome() override;
+  void somethingHappened() { lastSign_ = thread_.now(); }
+
+  static std::size_t takeHead(char* line, std::size_t, std::size_t size, void* transfer);
+  static std::size_t takeBody(char* bytes, std::size_t, std::size_t size, void* transfer);
+  static int takeProgress(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent);
+
+  ConnectionPool& pool_;
+  NetworkThread& thread_;
+  TaskPtr task_;
+  CURL* const easy_;
+  CurlRequest curlRequest_;
+  std::optional<URLRequest> redirected_;
+  int redirects_ = 0;
+  ResponseHead head_;
+  bool hasHead_ = false;  // the task knows the answer
+  curl_off_t sent_ = 0;
+  Clock::duration patience_;
+  Clock::time_point lastSign_;
+  std::optional<NSError> problem_;  // why a callback refused to go on
+  std::array<char, CURL_ERROR_SIZE> errorText_{};
+};
+
+}  // namespace Foundation::detail
