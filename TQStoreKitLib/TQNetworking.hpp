@@ -1,0 +1,8 @@
+#pragma once
+
+/// The HTTP client in one include. The manual is in TQNetworking/TQNetworking.hpp.
+
+#include "TQStoreKitLib/TQNetworking/TQHttpHeaders.hpp"
+#include "TQStoreKitLib/TQNetworking/TQNetworking.hpp"
+#include "TQStoreKitLib/TQNetworking/TQRequest.hpp"
+#include "TQStoreKitLib/TQNetworking/TQResponse.hpp"
