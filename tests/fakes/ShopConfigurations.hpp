@@ -21,7 +21,7 @@ inline StoreConfiguration::Product product(std::string identifier, ProductType t
 
 inline StoreConfiguration::Product subscription(std::string identifier) {
   auto subscribed = product(std::move(identifier), ProductType::autoRenewableSubscription);
-  subscribed.subscription.emplace();
+  subscribed.subscription = StoreConfiguration::Subscription();
   subscribed.subscription->groupID = "readers";
   subscribed.subscription->recurringPeriod = {1, StoreKit::SKProductPeriodUnit::month};
   return subscribed;
