@@ -52,6 +52,10 @@ class JournalingObserver final : public StoreKit::SKPaymentTransactionObserver {
   std::function<void()> onRemoved;
   std::function<void()> onRestoreFinished;
   std::function<void()> onRestoreFailed;
+  /// Answers whether a purchase that was begun in the store is wanted; without it, none is.
+  std::function<bool(const StoreKit::SKPaymentPtr&, const StoreKit::SKProductPtr&)> onStorePayment;
+  std::function<void()> onStorefrontChanged;
+  std::function<void()> onRevoked;
 
   void paymentQueueUpdatedTransactions(
       const StoreKit::SKPaymentTransactions& transactions) override {
@@ -74,6 +78,22 @@ class JournalingObserver final : public StoreKit::SKPaymentTransactionObserver {
   void paymentQueueRestoreCompletedTransactionsFinished() override {
     write("restore finished");
     if (const auto hook = onRestoreFinished) hook();
+  }
+  bool paymentQueueShouldAddStorePayment(const StoreKit::SKPaymentPtr& payment,
+                                         const StoreKit::SKProductPtr& product) override {
+    write("asked: " + product->productIdentifier());
+    const auto hook = onStorePayment;
+    return hook && hook(payment, product);
+  }
+  void paymentQueueDidChangeStorefront() override {
+    write("storefront changed");
+    if (const auto hook = onStorefrontChanged) hook();
+  }
+  void paymentQueueDidRevokeEntitlements(const std::vector<std::string>& products) override {
+    std::string line = "revoked:";
+    for (const auto& product : products) line += " " + product;
+    write(line);
+    if (const auto hook = onRevoked) hook();
   }
 
  private:

@@ -25,8 +25,9 @@ inline StoreKit::StoreSources countingSources() {
 /// A fresh store with a ledger that can refuse. It leaves the main queue empty behind it.
 class OpenShop {
  public:
-  explicit OpenShop(const StoreConfiguration& configuration = shop())
-      : session(configuration, countingSources(), std::make_unique<FailingLedger>(ledger)) {}
+  explicit OpenShop(const StoreConfiguration& configuration = shop(),
+                    StoreKit::StoreSources sources = countingSources())
+      : session(configuration, std::move(sources), std::make_unique<FailingLedger>(ledger)) {}
   OpenShop(const OpenShop&) = delete;
   OpenShop& operator=(const OpenShop&) = delete;
   ~OpenShop() { (void)turnUntilIdle(); }

@@ -8,14 +8,16 @@ namespace StoreKit {
 
 namespace {
 
-PaymentQueueEngine& engine() {
+EmbeddedStore& store() {
 #ifndef NDEBUG
   if (!Dispatch::mainQueue().isCurrentThread()) {
     Foundation::warn("The payment queue was used on a thread that is not the main one.");
   }
 #endif
-  return EmbeddedStore::current().queue();
+  return EmbeddedStore::current();
 }
+
+PaymentQueueEngine& engine() { return store().queue(); }
 
 }  // namespace
 
@@ -47,12 +49,21 @@ void SKPaymentQueue::restoreCompletedTransactions(
   engine().restore(applicationUsername);
 }
 
-// The embedded store hosts no content yet: there is no download of its own to control, and what
-// belongs to somebody else is ignored.
-void SKPaymentQueue::startDownloads(const SKDownloads&) {}
-void SKPaymentQueue::pauseDownloads(const SKDownloads&) {}
-void SKPaymentQueue::resumeDownloads(const SKDownloads&) {}
-void SKPaymentQueue::cancelDownloads(const SKDownloads&) {}
+void SKPaymentQueue::startDownloads(const SKDownloads& downloads) {
+  store().downloads().start(downloads);
+}
+
+void SKPaymentQueue::pauseDownloads(const SKDownloads& downloads) {
+  store().downloads().pause(downloads);
+}
+
+void SKPaymentQueue::resumeDownloads(const SKDownloads& downloads) {
+  store().downloads().resume(downloads);
+}
+
+void SKPaymentQueue::cancelDownloads(const SKDownloads& downloads) {
+  store().downloads().cancel(downloads);
+}
 
 SKPaymentTransactions SKPaymentQueue::transactions() const { return engine().transactions(); }
 

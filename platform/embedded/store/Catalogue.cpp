@@ -6,6 +6,7 @@
 
 #include "platform/embedded/store/Localization.hpp"
 #include "platform/embedded/store/Storefront.hpp"
+#include "platform/embedded/store/downloads/ContentListing.hpp"
 
 namespace StoreKit {
 
@@ -70,17 +71,28 @@ SKProduct::Values makeValues(const StoreConfiguration::Product& product, const s
   return values;
 }
 
+void addContent(SKProduct::Values& values, const HostedContents& hosted) {
+  const auto found = hosted.find(values.productIdentifier);
+  if (found == hosted.end() || found->second.folder.empty()) return;
+  values.isDownloadable = true;
+  values.downloadContentLengths = {listContent(found->second.folder).listing.length()};
+  values.downloadContentVersion = found->second.version;
+}
+
 }  // namespace
 
 Catalogue::Catalogue(const StoreConfiguration& configuration, const std::string& locale,
-                     const std::string& storefront, std::uint64_t origin) {
+                     const std::string& storefront, std::uint64_t origin,
+                     const HostedContents& hosted) {
   const auto pricesIn = priceLocale(locale, storefront);
   for (const auto& product : configuration.products) {
-    entries_.push_back({product.type,
-                        std::make_shared<const SKProduct>(
-                            makeValues(product, locale, pricesIn),
-                            std::make_shared<const CatalogueKey>(origin, product.productID)),
-                        product.subscription ? product.subscription->groupNumber : 1});
+    auto values = makeValues(product, locale, pricesIn);
+    addContent(values, hosted);
+    entries_.push_back(
+        {product.type,
+         std::make_shared<const SKProduct>(
+             std::move(values), std::make_shared<const CatalogueKey>(origin, product.productID)),
+         product.subscription ? product.subscription->groupNumber : 1});
   }
 }
 

@@ -26,9 +26,9 @@ class Catalogue {
 
   /// `locale` and `storefront` are those of the user. Products of two catalogues are equal when
   /// they have one identifier and the catalogues have one `origin`: the number of the configuration
-  /// that both were made from.
+  /// that both were made from. `hosted` is looked through for its length.
   Catalogue(const StoreConfiguration& configuration, const std::string& locale,
-            const std::string& storefront, std::uint64_t origin);
+            const std::string& storefront, std::uint64_t origin, const HostedContents& hosted = {});
 
   /// In the order of the configuration.
   [[nodiscard]] const std::vector<CatalogueEntry>& entries() const { return entries_; }

@@ -48,12 +48,14 @@ EmbeddedStore& EmbeddedStore::current() {
 void EmbeddedStore::open(StoreConfiguration configuration, std::unique_ptr<Ledger> ledger,
                          StoreSources sources) {
   ++openings_;
+  for (auto& step : schedule_.takeAll()) Dispatch::mainQueue().async(std::move(step));
   configuration_ = std::move(configuration);
   ledger_ = std::move(ledger);
   ledger_->watch([] { Dispatch::mainQueue().async([] { unopened().queue().absorbChanges(); }); });
   sources_ = std::move(sources);
   scenario_ = Scenario();
   applySettings();
+  downloads_.moveTo(DownloadPlace(ledger_->path()));
   queue_.restart();
   catchUp();
 }
@@ -65,13 +67,16 @@ void EmbeddedStore::applySettings() {
     const auto problem = setSetting(settings_, name, value);
     if (problem) Foundation::warn("The ledger has a setting that is left out: " + *problem + ".");
   }
-  catalogue_ = Catalogue(configuration_, settings_.locale, settings_.storefront, openings_);
+  catalogue_ = Catalogue(configuration_, settings_.locale, settings_.storefront, openings_,
+                         settings_.hostedContent);
 }
 
 EmbeddedStore::Reloading EmbeddedStore::reloadSettings() {
   if (ledger_->settingsRevision() == settingsRevision_) return {};
   const auto storefrontBefore = settings_.storefront;
+  const auto speedBefore = settings_.downloadSpeed;
   applySettings();
+  if (settings_.downloadSpeed != speedBefore) downloads_.speedDidChange();
   return {.changed = true, .storefrontChanged = settings_.storefront != storefrontBefore};
 }
 
@@ -80,7 +85,13 @@ std::optional<std::string> EmbeddedStore::set(std::string_view setting,
   auto trial = settings_;
   const auto text = value ? value : settingText(configuration_.settings, setting);
   if (auto problem = setSetting(trial, setting, text.value_or(""))) return problem;
-  if (const auto error = ledger_->set(setting, value)) return error->localizedDescription();
+  const bool hosted = value && isHostedContentSetting(setting);
+  if (hosted) {
+    auto objection = hostedContentObjection(trial.hostedContent, setting, catalogue_);
+    if (objection) return objection;
+  }
+  const auto kept = hosted ? settingText(trial, setting) : value;
+  if (const auto error = ledger_->set(setting, kept)) return error->localizedDescription();
   queue_.absorbSettings();
   return std::nullopt;
 }

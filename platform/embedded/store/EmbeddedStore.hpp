@@ -13,6 +13,7 @@
 #include "platform/embedded/store/Scenario.hpp"
 #include "platform/embedded/store/Schedule.hpp"
 #include "platform/embedded/store/WakeUp.hpp"
+#include "platform/embedded/store/downloads/DownloadQueue.hpp"
 #include "platform/embedded/store/server/Sale.hpp"
 
 namespace StoreKit {
@@ -71,6 +72,7 @@ class EmbeddedStore {
   [[nodiscard]] Scenario& scenario() { return scenario_; }
   [[nodiscard]] const StoreSources& sources() const { return sources_; }
   [[nodiscard]] PaymentQueueEngine& queue() { return queue_; }
+  [[nodiscard]] DownloadQueue& downloads() { return downloads_; }
   [[nodiscard]] Schedule& schedule() { return schedule_; }
   [[nodiscard]] Foundation::Date now() const { return sources_.now(); }
   /// Gives what is added to the ledger its transaction identifier, where it is to have one.
@@ -110,6 +112,7 @@ class EmbeddedStore {
   Schedule schedule_;
   bool renewalFailed_ = false;
   WakeUp wakeUp_;
+  DownloadQueue downloads_{*this};
   PaymentQueueEngine queue_{*this};
 };
 

@@ -72,6 +72,9 @@ class Ledger {
   Ledger& operator=(const Ledger&) = delete;
   virtual ~Ledger() = default;
 
+  /// The whole path of its file; empty for a ledger that ends with the process.
+  [[nodiscard]] virtual std::string path() const { return {}; }
+
   /// The number that stands for this program as an owner.
   [[nodiscard]] virtual std::int64_t owner() const = 0;
 

@@ -33,8 +33,8 @@ class LedgerTransaction final : public SKPaymentTransaction {
   [[nodiscard]] std::optional<Foundation::Date> transactionDate() const override;
   [[nodiscard]] std::optional<Foundation::NSError> error() const override;
   [[nodiscard]] SKPaymentTransactionPtr originalTransaction() const override { return original_; }
-  /// The embedded store hosts no content yet.
-  [[nodiscard]] SKDownloads downloads() const override { return {}; }
+  [[nodiscard]] SKDownloads downloads() const override { return downloads_; }
+  void setDownloads(SKDownloads downloads) { downloads_ = std::move(downloads); }
   [[nodiscard]] bool isEqual(const SKPaymentTransaction& other) const override;
   [[nodiscard]] std::size_t hash() const override;
 
@@ -43,6 +43,7 @@ class LedgerTransaction final : public SKPaymentTransaction {
   LedgerEntry entry_;
   SKPaymentPtr payment_;
   SKPaymentTransactionPtr original_;
+  SKDownloads downloads_{};
 };
 
 }  // namespace StoreKit

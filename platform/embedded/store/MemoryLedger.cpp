@@ -15,7 +15,18 @@ LedgerEntries select(const std::map<std::int64_t, LedgerEntry>& entries, Wanted 
   return selected;
 }
 
+// Somebody has made a mistake who knows a number that was never given.
+Ledger::Failure missingEntry() {
+  return Foundation::NSError::withDescription("Ledger", 1, "an entry is missing");
+}
+
 }  // namespace
+
+bool MemoryLedger::hasAll(const LedgerEntries& entries) const {
+  return std::all_of(entries.begin(), entries.end(), [this](const LedgerEntry& entry) {
+    return entry.identifier == 0 || entries_.contains(entry.identifier);
+  });
+}
 
 void MemoryLedger::store(LedgerEntry& entry) {
   entry.revision = ++revision_;
@@ -33,6 +44,7 @@ Ledger::Failure MemoryLedger::add(LedgerEntries& entries, Durability, const Comp
 }
 
 Ledger::Failure MemoryLedger::update(LedgerEntries& entries, Durability) {
+  if (!hasAll(entries)) return missingEntry();
   for (auto& entry : entries) {
     const auto& known = entries_[entry.identifier];
     if (known.revision == entry.revision) {
@@ -46,6 +58,7 @@ Ledger::Failure MemoryLedger::update(LedgerEntries& entries, Durability) {
 
 Ledger::Replacement MemoryLedger::replace(LedgerEntries& entries, Durability durability,
                                           const Complete& complete) {
+  if (!hasAll(entries)) return {.error = missingEntry()};
   for (const auto& entry : entries) {
     if (entry.identifier == 0) continue;
     if (entries_[entry.identifier].revision != entry.revision) return {.conflict = true};

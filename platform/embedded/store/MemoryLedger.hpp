@@ -34,6 +34,7 @@ class MemoryLedger final : public Ledger {
   void watch(std::function<void()>) override {}
 
  private:
+  [[nodiscard]] bool hasAll(const LedgerEntries& entries) const;
   void store(LedgerEntry& entry);
 
   std::map<std::int64_t, LedgerEntry> entries_;

@@ -1,7 +1,6 @@
 #include "platform/embedded/store/PaymentQueueEngine.hpp"
 
 #include <algorithm>
-#include <set>
 #include <utility>
 
 #include "platform/Dispatch/MainQueue.hpp"
@@ -33,9 +32,11 @@ SKPaymentTransactions asPlatform(const UnfinishedTransactions::List& transaction
 void PaymentQueueEngine::restart() {
   ++run_;
   addedPayments_.clear();
-  finishedIdentifiers_.clear();
+  answered_.clear();
+  finishing_.clear();
   asking_.clear();
   restoreRequests_.clear();
+  restoresAnswered_ = 0;
   restoreEnd_.reset();
   backlogDelivered_ = false;
   if (const auto error = store_.ledger().adoptOrphans()) {
@@ -49,7 +50,8 @@ void PaymentQueueEngine::restart() {
 
 void PaymentQueueEngine::loadUnfinished() {
   auto& ledger = store_.ledger();
-  unfinished_.restart(ledger, store_.openings());
+  store_.downloads().restart();
+  unfinished_.restart(ledger, store_.openings(), store_.downloads());
   mergedRevision_ = ledger.revision();
   for (auto& entry : ledger.unfinished()) {
     const bool ours = entry.owner == ledger.owner();
@@ -72,8 +74,14 @@ void PaymentQueueEngine::later(void (PaymentQueueEngine::*step)()) {
   Dispatch::mainQueue().async(inThisRun(step));
 }
 
-void PaymentQueueEngine::answer(void (PaymentQueueEngine::*step)()) {
-  store_.answerLater(inThisRun(step));
+void PaymentQueueEngine::settleInTime(const Transactions& begun) {
+  std::vector<std::int64_t> identifiers;
+  for (const auto& transaction : begun) identifiers.push_back(transaction->entry().identifier);
+  store_.answerLater([this, run = run_, identifiers = std::move(identifiers)] {
+    if (run != run_) return;
+    answered_.insert(identifiers.begin(), identifiers.end());
+    settlePurchases();
+  });
 }
 
 void PaymentQueueEngine::addObserver(SKPaymentTransactionObserver& observer) {
@@ -87,6 +95,7 @@ void PaymentQueueEngine::addObserver(SKPaymentTransactionObserver& observer) {
   later(&PaymentQueueEngine::endRestore);
   later(&PaymentQueueEngine::beginRestore);
   later(&PaymentQueueEngine::absorbChanges);
+  store_.downloads().carryOn();
 }
 
 void PaymentQueueEngine::deliverBacklog() {
@@ -101,8 +110,9 @@ void PaymentQueueEngine::deliverBacklog() {
 
 void PaymentQueueEngine::reportResumed() {
   if (observers_.isEmpty() || resumed_.empty()) return;
-  answer(&PaymentQueueEngine::settlePurchases);
-  reportUpdated(std::exchange(resumed_, {}));
+  const auto resumed = std::exchange(resumed_, {});
+  settleInTime(resumed);
+  reportUpdated(resumed);
 }
 
 void PaymentQueueEngine::add(const SKPayment& payment) {
@@ -133,13 +143,16 @@ void PaymentQueueEngine::beginPurchases() {
   }
   Transactions begun;
   for (auto& entry : entries) begun.push_back(unfinished_.add(std::move(entry)));
-  answer(&PaymentQueueEngine::settlePurchases);
+  settleInTime(begun);
   reportUpdated(begun);
 }
 
 void PaymentQueueEngine::settlePurchases() {
   if (observers_.isEmpty()) return;
-  const auto purchasing = unfinished_.purchasing();
+  auto purchasing = unfinished_.purchasing();
+  std::erase_if(purchasing, [this](const auto& transaction) {
+    return !answered_.contains(transaction->entry().identifier);
+  });
   if (purchasing.empty()) return;
   store_.renewSubscriptions();
   auto sale = store_.sale();
@@ -153,6 +166,7 @@ void PaymentQueueEngine::settlePurchases() {
     later(&PaymentQueueEngine::settlePurchases);
     return absorbChanges();
   }
+  answered_.clear();
   store_.setAlarm();
   report(unfinished_.merge(entries));
 }
@@ -178,12 +192,14 @@ void PaymentQueueEngine::askApplication() {
   auto entry = store_.ledger().find(asking_.front());
   asking_.pop_front();
   if (!asking_.empty()) later(&PaymentQueueEngine::askApplication);
-  if (!entry || !entry->asksApplication) return;
   const auto owner = store_.ledger().owner();
+  if (!entry || !entry->asksApplication || entry->owner.value_or(owner) != owner) return;
   LedgerEntries claimed = {*entry};
   claimed[0].owner = owner;
-  const auto error = store_.ledger().update(claimed, Ledger::Durability::killedProcess);
-  if (error || claimed[0].owner != owner || claimed[0].deleted) return;
+  if (const auto refusal = store_.ledger().update(claimed, Ledger::Durability::killedProcess)) {
+    return warnNotCommitted("The store's purchase is asked about at the next start.", *refusal);
+  }
+  if (claimed[0].owner != owner || claimed[0].deleted) return;
   const auto run = run_;
   const bool wanted = wantsPurchase(claimed[0]);
   if (run != run_) return;
@@ -193,8 +209,9 @@ void PaymentQueueEngine::askApplication() {
     return warnNotCommitted("The store's purchase is asked about at the next start.", *refusal);
   }
   if (claimed[0].deleted) return;
-  answer(&PaymentQueueEngine::settlePurchases);
-  reportUpdated({unfinished_.add(std::move(claimed[0]))});
+  const Transactions begun = {unfinished_.add(std::move(claimed[0]))};
+  settleInTime(begun);
+  reportUpdated(begun);
 }
 
 bool PaymentQueueEngine::wantsPurchase(const LedgerEntry& entry) {
@@ -211,22 +228,24 @@ bool PaymentQueueEngine::wantsPurchase(const LedgerEntry& entry) {
 void PaymentQueueEngine::finish(const SKPaymentTransactionPtr& transaction) {
   const auto* known = dynamic_cast<const LedgerTransaction*>(transaction.get());
   if (!known || known->ledger() != store_.openings()) return;
-  if (isPurchasing(known->entry())) {
+  const auto inQueue = unfinished_.find(known->entry().identifier);
+  if (!inQueue) return;
+  if (isPurchasing(inQueue->entry())) {
     Foundation::warn("A purchasing transaction cannot be finished: " +
                      known->entry().payment.productIdentifier + " stays in the queue.");
     return;
   }
-  finishedIdentifiers_.push_back(known->entry().identifier);
-  if (finishedIdentifiers_.size() == 1) later(&PaymentQueueEngine::removeFinished);
+  finishing_.insert_or_assign(known->entry().identifier, inQueue->entry().state);
+  if (finishing_.size() == 1) later(&PaymentQueueEngine::removeFinished);
 }
 
 void PaymentQueueEngine::removeFinished() {
-  const auto identifiers = std::exchange(finishedIdentifiers_, {});
   LedgerEntries recorded;
   LedgerEntries unrecorded;
-  for (const auto identifier : std::set<std::int64_t>(identifiers.begin(), identifiers.end())) {
+  for (const auto& [identifier, state] : std::exchange(finishing_, {})) {
     const auto transaction = unfinished_.find(identifier);
-    if (!transaction) continue;
+    // What was approved meanwhile is something else than what was finished.
+    if (!transaction || transaction->entry().state != state) continue;
     auto& entries = identifier > 0 ? recorded : unrecorded;
     entries.push_back(transaction->entry());
     entries.back().finished = true;
@@ -241,12 +260,18 @@ void PaymentQueueEngine::removeFinished() {
 
 void PaymentQueueEngine::restore(const std::optional<std::string>& applicationUsername) {
   restoreRequests_.push_back(applicationUsername);
-  answer(&PaymentQueueEngine::beginRestore);
+  store_.answerLater(inThisRun(&PaymentQueueEngine::answerRestore));
+}
+
+void PaymentQueueEngine::answerRestore() {
+  ++restoresAnswered_;
+  beginRestore();
 }
 
 // One restore after another: what one replays, then how it ended.
 void PaymentQueueEngine::beginRestore() {
-  if (observers_.isEmpty() || restoreEnd_ || restoreRequests_.empty()) return;
+  if (observers_.isEmpty() || restoreEnd_ || restoresAnswered_ == 0) return;
+  --restoresAnswered_;
   auto& scenario = store_.scenario();
   auto entries =
       restorable(store_.ledger(), store_.catalogue(), restoreRequests_.front(), store_.now());
@@ -313,6 +338,12 @@ LedgerEntries PaymentQueueEngine::readChanges() {
 
 SKPaymentTransactions PaymentQueueEngine::transactions() const {
   return asPlatform(unfinished_.list());
+}
+
+void PaymentQueueEngine::reportDownloads(const SKDownloads& downloads) {
+  observers_.notify([&](SKPaymentTransactionObserver& observer) {
+    observer.paymentQueueUpdatedDownloads(downloads);
+  });
 }
 
 void PaymentQueueEngine::reportStorefront() {

@@ -3,7 +3,9 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -41,6 +43,10 @@ class PaymentQueueEngine {
   void restore(const std::optional<std::string>& applicationUsername);
   [[nodiscard]] SKPaymentTransactions transactions() const;
 
+  [[nodiscard]] bool isObserved() const { return !observers_.isEmpty(); }
+  /// Tells the observers now. Downloads have a queue of their own, `DownloadQueue`.
+  void reportDownloads(const SKDownloads& downloads);
+
   /// Reports what other programs, or the store itself, have changed in the ledger since it was last
   /// looked at.
   void absorbChanges();
@@ -54,19 +60,20 @@ class PaymentQueueEngine {
 
   // Runs `step` in a later turn, unless a new run has begun by then.
   void later(void (PaymentQueueEngine::*step)());
-  // The same, once the store has had its time to answer.
-  void answer(void (PaymentQueueEngine::*step)());
   [[nodiscard]] std::function<void()> inThisRun(void (PaymentQueueEngine::*step)());
 
   void loadUnfinished();
   void deliverBacklog();
   void reportResumed();
   void beginPurchases();
+  // Once the store has had its time to answer.
+  void settleInTime(const Transactions& begun);
   void settlePurchases();
   void settle(LedgerEntry entry, Sale& sale);
   void askApplication();
   [[nodiscard]] bool wantsPurchase(const LedgerEntry& entry);
   void removeFinished();
+  void answerRestore();
   void beginRestore();
   void endRestore();
 
@@ -81,10 +88,12 @@ class PaymentQueueEngine {
   ObserverList observers_;
   UnfinishedTransactions unfinished_;
   std::vector<SKPayment::Values> addedPayments_;
-  std::vector<std::int64_t> finishedIdentifiers_;
+  std::set<std::int64_t> answered_;  // purchases under way whose outcome is to be decided
+  std::map<std::int64_t, SKPaymentTransactionState> finishing_;  // as they were then
   std::deque<std::int64_t> asking_;  // begun in the store: applications are to be asked
   Transactions resumed_;             // begun in an earlier run, and not reported in this one yet
   std::deque<std::optional<std::string>> restoreRequests_;
+  std::size_t restoresAnswered_ = 0;           // so many of them may begin
   std::optional<Ledger::Failure> restoreEnd_;  // how the restore under way is going to end
   bool backlogDelivered_ = false;
   std::int64_t mergedRevision_ = 0;  // how far the ledger's changes are known here

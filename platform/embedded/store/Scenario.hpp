@@ -19,6 +19,7 @@ struct Scenario {
 
   SimulatedErrors purchases{};
   SimulatedErrors productsRequests{};
+  SimulatedErrors downloads{};
   /// Each restore takes one from the front.
   std::deque<RestoreFailure> restores{};
   /// Products requests are answered on a thread of their own, as recent systems do.

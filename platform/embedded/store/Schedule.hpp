@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "platform/Foundation/Date.hpp"
 
@@ -31,6 +32,13 @@ class Schedule {
       due.insert(due.end(), steps_.extract(steps_.begin()));
     }
     for (const auto& [moment, step] : due) step();
+  }
+
+  /// Everything that is still to come, in the order of the moments; nothing is left.
+  [[nodiscard]] std::vector<std::function<void()>> takeAll() {
+    std::vector<std::function<void()>> all;
+    for (auto& [moment, step] : std::exchange(steps_, {})) all.push_back(std::move(step));
+    return all;
   }
 
  private:

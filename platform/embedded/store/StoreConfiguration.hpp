@@ -10,6 +10,7 @@
 #include "platform/Foundation/Decimal.hpp"
 #include "platform/StoreKit/SKProductDiscount.hpp"
 #include "platform/StoreKit/SKProductSubscriptionPeriod.hpp"
+#include "platform/embedded/store/downloads/HostedContent.hpp"
 
 namespace StoreKit {
 
@@ -75,9 +76,11 @@ struct StoreConfiguration {
     bool billingGracePeriodEnabled = false;
     bool disableDialogs = false;
     bool failTransactionsEnabled = false;
-    int failureError = 0;         ///< the store error code of `failTransactionsEnabled`
-    bool canMakePayments = true;  ///< in no file; false: the user or the device may not pay
-    double answerDelay = 0;       ///< in no file; seconds until the store answers
+    int failureError = 0;            ///< the store error code of `failTransactionsEnabled`
+    bool canMakePayments = true;     ///< in no file; false: the user or the device may not pay
+    double answerDelay = 0;          ///< in no file; seconds until the store answers
+    int downloadSpeed = 0;           ///< in no file; bytes a second of each download, 0: no limit
+    HostedContents hostedContent{};  ///< in no file
   };
 
   /// Products, then non-renewing subscriptions, then the subscriptions group by group, each in file

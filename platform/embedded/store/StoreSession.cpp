@@ -97,6 +97,25 @@ void StoreSession::failRestore(const Foundation::NSError& error, std::size_t aft
   store().scenario().restores.push_back({error, after});
 }
 
+void StoreSession::failDownloads(const Foundation::NSError& error, std::size_t count) {
+  store().scenario().downloads.order(error, count);
+}
+
+StoreSession::Failure StoreSession::setHostedContent(const std::string& productIdentifier,
+                                                     const std::string& folder,
+                                                     const std::string& version) {
+  const auto versionName = "hostedContentVersion." + productIdentifier;
+  const auto before = setting(versionName);
+  if (auto error = set(versionName, version)) return error;
+  auto error = set("hostedContent." + productIdentifier, folder);
+  if (error) (void)store().set(versionName, before);
+  return error;
+}
+
+void StoreSession::setDownloadsFolder(const std::string& folder) {
+  store().downloads().moveTo(DownloadPlace(store().ledger().path(), folder));
+}
+
 void StoreSession::setAnswersProductsInBackground(bool background) {
   store().scenario().answersProductsInBackground = background;
 }
@@ -159,15 +178,15 @@ StoreSession::Failure StoreSession::expireSubscription(const std::string& produc
 
 StoreSession::Failure StoreSession::requestPriceIncreaseConsentForTransaction(
     std::int64_t identifier) {
-  return server().setPriceIncrease(identifier, true);
+  return server().requestPriceIncrease(identifier);
 }
 
 StoreSession::Failure StoreSession::consentToPriceIncreaseForTransaction(std::int64_t identifier) {
-  return server().setPriceIncrease(identifier, false);
+  return server().answerPriceIncrease(identifier, true);
 }
 
 StoreSession::Failure StoreSession::declinePriceIncreaseForTransaction(std::int64_t identifier) {
-  return server().declinePriceIncrease(identifier);
+  return server().answerPriceIncrease(identifier, false);
 }
 
 void StoreSession::relaunch() { store().queue().restart(); }

@@ -33,8 +33,8 @@ namespace StoreKit {
 ///
 /// **Transactions** are named by the ledger's own number (`StoreTransaction::identifier`). What is
 /// done to them is committed before the call returns; the queue's observers, of every program on
-/// the ledger, hear of it in a later turn. An operation answers with an error, of the domain
-/// `kStoreSessionErrorDomain` or of the ledger, exactly when nothing was changed.
+/// the ledger, hear of it in a later turn. When an operation answers with an error, of the domain
+/// `kStoreSessionErrorDomain` or of the ledger, nothing was changed.
 ///
 /// Thread: main.
 class StoreSession {
@@ -141,6 +141,27 @@ class StoreSession {
   [[nodiscard]] double answerDelay() const { return settings().answerDelay; }
   Failure setAnswerDelay(double seconds);
 
+  // --- hosted content -----------------------------------------------------------------------
+
+  /// Hosts the folder for the product, in that version (integers with points between them): its
+  /// products are downloadable, and their transactions bring a download; those that are in a queue
+  /// already, from the next start on. An empty folder: hosts nothing for it any more.
+  ///
+  /// The folder stays the developer's, and is read when something is downloaded. It may hold files
+  /// and folders, nothing else. A setting like those above (`HostedContent.hpp` has its names).
+  Failure setHostedContent(const std::string& productIdentifier, const std::string& folder,
+                           const std::string& version = "1.0");
+
+  /// Bytes a second of each download, by the store's clock; 0, as at first: a piece in every turn
+  /// of the main queue.
+  [[nodiscard]] int downloadSpeed() const { return settings().downloadSpeed; }
+  Failure setDownloadSpeed(int bytesPerSecond) {
+    return set("downloadSpeed", std::to_string(bytesPerSecond));
+  }
+
+  /// In this program, downloads arrive in `folder`, in place of tqstore in the user's caches.
+  void setDownloadsFolder(const std::string& folder);
+
   // --- errors, in this program --------------------------------------------------------------
 
   /// The next `count` purchases fail with this store error; `kAlways`, all of them; 0, none.
@@ -154,6 +175,10 @@ class StoreSession {
 
   /// The next restore fails with `error`, when so many transactions have been restored.
   void failRestore(const Foundation::NSError& error, std::size_t after = 0);
+
+  /// The next `count` downloads that are started fail with `error`, half-way; `kAlways`, all of
+  /// them; 0, none.
+  void failDownloads(const Foundation::NSError& error, std::size_t count = 1);
 
   /// True: products requests are answered on a thread of their own. Default false.
   void setAnswersProductsInBackground(bool background);
@@ -200,7 +225,8 @@ class StoreSession {
   /// Ends the subscription, now.
   Failure expireSubscription(const std::string& productIdentifier);
 
-  /// Without the user's consent the subscription ends with its period.
+  /// Without the user's consent the subscription ends with its period. Nobody consents, or declines,
+  /// who was not asked.
   Failure requestPriceIncreaseConsentForTransaction(std::int64_t identifier);
   Failure consentToPriceIncreaseForTransaction(std::int64_t identifier);
   Failure declinePriceIncreaseForTransaction(std::int64_t identifier);

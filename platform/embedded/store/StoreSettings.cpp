@@ -71,6 +71,13 @@ Problem setFailure(Settings& settings, const std::string& text) {
   return std::nullopt;
 }
 
+Problem setDownloadSpeed(Settings& settings, const std::string& text) {
+  const auto speed = wholeNumber(text);
+  if (!speed || *speed < 0) return "is a number of bytes a second, or 0 for no limit";
+  settings.downloadSpeed = *speed;
+  return std::nullopt;
+}
+
 Problem setLocale(Settings& settings, const std::string& text) {
   if (text.empty()) return "is a locale, such as en_US";
   settings.locale = text;
@@ -97,6 +104,8 @@ constexpr Setting kSettings[] = {
     flag<&Settings::billingRetryOnRenewalEnabled>("billingRetryOnRenewalEnabled"),
     flag<&Settings::canMakePayments>("canMakePayments"),
     flag<&Settings::disableDialogs>("disableDialogs"),
+    {"downloadSpeed", [](const Settings& all) { return std::to_string(all.downloadSpeed); },
+     setDownloadSpeed},
     flag<&Settings::failTransactionsEnabled>("failTransactionsEnabled"),
     {"failureError", [](const Settings& all) { return std::to_string(all.failureError); },
      setFailure},
@@ -122,6 +131,7 @@ std::vector<std::string_view> settingNames() {
 }
 
 std::optional<std::string> settingText(const Settings& settings, std::string_view name) {
+  if (isHostedContentSetting(name)) return hostedContentText(settings.hostedContent, name);
   const auto* const setting = find(name);
   if (setting == nullptr) return std::nullopt;
   return setting->text(settings);
@@ -129,9 +139,11 @@ std::optional<std::string> settingText(const Settings& settings, std::string_vie
 
 std::optional<std::string> setSetting(Settings& settings, std::string_view name,
                                       const std::string& text) {
-  const auto* const setting = find(name);
-  if (setting == nullptr) return std::string(name) + " is no setting";
-  auto problem = setting->set(settings, text);
+  const bool hosted = isHostedContentSetting(name);
+  const auto* const setting = hosted ? nullptr : find(name);
+  if (setting == nullptr && !hosted) return std::string(name) + " is no setting";
+  auto problem =
+      hosted ? setHostedContent(settings.hostedContent, name, text) : setting->set(settings, text);
   if (problem) return std::string(name) + " " + *problem + ", not \"" + text + "\"";
   return std::nullopt;
 }

@@ -10,9 +10,10 @@
 namespace StoreKit {
 
 /// The store's settings by name, as text: for the ledger, which keeps what was set in place of the
-/// configuration's values, and for tools. The names are those of the session's properties.
+/// configuration's values, and for tools. The names are those of the session's properties; beside
+/// them there are those of hosted content, two for each product (`downloads/HostedContent.hpp`).
 
-/// All names, in alphabetical order.
+/// All names, in alphabetical order, without those of hosted content.
 [[nodiscard]] std::vector<std::string_view> settingNames();
 
 /// The value as text: "true", "USA", "13"; absent for a name that is no setting.

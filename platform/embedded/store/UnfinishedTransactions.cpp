@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/embedded/store/downloads/DownloadQueue.hpp"
+
 namespace StoreKit {
 
 namespace {
@@ -19,9 +21,11 @@ std::uint64_t place(const UnfinishedTransactions::Pointer& transaction) {
 
 }  // namespace
 
-void UnfinishedTransactions::restart(const Ledger& ledger, std::uint64_t opening) {
+void UnfinishedTransactions::restart(const Ledger& ledger, std::uint64_t opening,
+                                     DownloadQueue& downloads) {
   ledger_ = &ledger;
   opening_ = opening;
+  downloads_ = &downloads;
   list_.clear();
 }
 
@@ -46,7 +50,13 @@ UnfinishedTransactions::Pointer UnfinishedTransactions::add(LedgerEntry entry) {
       std::upper_bound(list_.begin(), list_.end(), added,
                        [](const auto& a, const auto& b) { return place(a) < place(b); });
   list_.insert(behind, added);
+  attachDownloads(added);
   return added;
+}
+
+void UnfinishedTransactions::attachDownloads(const Pointer& transaction) {
+  if (!transaction->downloads().empty()) return;
+  transaction->setDownloads(downloads_->attach(transaction));
 }
 
 UnfinishedTransactions::Changes UnfinishedTransactions::merge(const LedgerEntries& entries) {
@@ -61,7 +71,9 @@ UnfinishedTransactions::Changes UnfinishedTransactions::merge(const LedgerEntrie
     const auto stateBefore = transaction->entry().state;
     const bool continues = entry.original != transaction->entry().original;
     transaction->update(entry, continues ? originalOf(entry) : transaction->originalTransaction());
+    attachDownloads(transaction);
     if (entry.finished) {
+      downloads_->detach(*transaction);
       changes.removed.push_back(transaction);
     } else if (entry.state != stateBefore) {
       changes.updated.push_back(transaction);

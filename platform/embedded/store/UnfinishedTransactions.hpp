@@ -8,6 +8,8 @@
 
 namespace StoreKit {
 
+class DownloadQueue;
+
 /// The transactions in the payment queue, in the order in which they were added: views of the
 /// ledger's entries, brought up to date as those change.
 ///
@@ -24,7 +26,8 @@ class UnfinishedTransactions {
   };
 
   /// Forgets everything; from now on it is about `ledger`, the store's opening with that number.
-  void restart(const Ledger& ledger, std::uint64_t opening);
+  /// Transactions get their downloads from `downloads`.
+  void restart(const Ledger& ledger, std::uint64_t opening, DownloadQueue& downloads);
 
   [[nodiscard]] const List& list() const { return list_; }
   [[nodiscard]] List purchasing() const { return inState(true); }
@@ -43,9 +46,11 @@ class UnfinishedTransactions {
  private:
   [[nodiscard]] List inState(bool purchasing) const;
   [[nodiscard]] SKPaymentTransactionPtr originalOf(const LedgerEntry& entry) const;
+  void attachDownloads(const Pointer& transaction);
 
   const Ledger* ledger_ = nullptr;
   std::uint64_t opening_ = 0;
+  DownloadQueue* downloads_ = nullptr;
   List list_;
 };
 

@@ -257,7 +257,7 @@ void LedgerDatabase::clearSettings() {
 }
 
 void LedgerDatabase::watch(std::function<void()> changed) {
-  if (path_ != ":memory:") watch_ = std::make_unique<LedgerWatch>(path_, std::move(changed));
+  if (isFile()) watch_ = std::make_unique<LedgerWatch>(path_, std::move(changed));
 }
 
 }  // namespace StoreKit::detail

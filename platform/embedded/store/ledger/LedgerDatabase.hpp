@@ -20,6 +20,9 @@ class LedgerDatabase {
  public:
   explicit LedgerDatabase(const std::string& path);
 
+  [[nodiscard]] const std::string& path() const { return path_; }
+  [[nodiscard]] bool isFile() const { return path_ != ":memory:"; }
+
   void add(LedgerEntries& entries, Ledger::Durability durability, const Ledger::Complete& complete);
   void update(LedgerEntries& entries, Ledger::Durability durability);
   /// False when somebody else has changed an entry.

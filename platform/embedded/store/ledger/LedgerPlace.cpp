@@ -42,10 +42,15 @@ std::string ledgerPathFor(const std::string& configurationPath) {
   if (auto named = environment("TQSTORE_LEDGER"); !named.empty()) return named;
   const auto folder = stateFolder();
   if (folder.empty()) return ":memory:";
-  std::error_code error;
-  fs::create_directories(folder, error);
-  const auto whole = fs::weakly_canonical(configurationPath, error);
-  return folder / (whole.stem().string() + "-" + fingerprint(whole.string()) + ".ledger");
+  std::error_code ignored;
+  fs::create_directories(folder, ignored);
+  return folder / (pathName(configurationPath) + ".ledger");
+}
+
+std::string pathName(const std::string& path) {
+  std::error_code ignored;
+  const auto whole = fs::weakly_canonical(path, ignored);
+  return whole.stem().string() + "-" + fingerprint(whole.string());
 }
 
 }  // namespace StoreKit

@@ -10,4 +10,8 @@ namespace StoreKit {
 /// Without a home it is ":memory:".
 [[nodiscard]] std::string ledgerPathFor(const std::string& configurationPath);
 
+/// A name for what belongs to the file `path`, which no other file has: its own name without what
+/// is behind the point, and a number that its whole path gives.
+[[nodiscard]] std::string pathName(const std::string& path);
+
 }  // namespace StoreKit

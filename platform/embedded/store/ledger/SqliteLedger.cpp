@@ -56,6 +56,8 @@ SqliteLedger::Opening SqliteLedger::open(const std::string& path) {
   }
 }
 
+std::string SqliteLedger::path() const { return database_->isFile() ? database_->path() : ""; }
+
 std::int64_t SqliteLedger::owner() const { return database_->owner(); }
 
 Ledger::Failure SqliteLedger::add(LedgerEntries& entries, Durability durability,

@@ -32,6 +32,7 @@ class SqliteLedger final : public Ledger {
 
   ~SqliteLedger() override;
 
+  [[nodiscard]] std::string path() const override;
   [[nodiscard]] std::int64_t owner() const override;
   [[nodiscard]] Failure add(LedgerEntries& entries, Durability durability,
                             const Complete& complete = nullptr) override;

@@ -32,6 +32,17 @@ Failure invalidAction(const LedgerEntry& entry, const std::string& what) {
   return failure(StoreSessionError::invalidAction, name(entry) + " " + what);
 }
 
+Failure notSold(const std::string& product) {
+  return failure(StoreSessionError::invalidProductIdentifier,
+                 "Nothing is sold as " + product + ".");
+}
+
+// Whether what the user has confirmed before can still be sold.
+Failure unsold(const SKPayment::Values& payment, const Catalogue& catalogue) {
+  if (objection(payment, catalogue)) return notSold(payment.productIdentifier);
+  return std::nullopt;
+}
+
 // Without what a query would still find.
 LedgerEntry removed(LedgerEntry entry) {
   entry.deleted = entry.finished = true;
@@ -72,10 +83,7 @@ Failure StoreServer::changeTransaction(std::int64_t identifier, const Change& ch
 Failure StoreServer::changeSubscription(const std::string& product, const Change& change) {
   return commit([&](Sale& sale) -> Failure {
     const auto* const sold = store_.catalogue().find(product);
-    if (sold == nullptr) {
-      return failure(StoreSessionError::invalidProductIdentifier,
-                     "Nothing is sold as " + product + ".");
-    }
+    if (sold == nullptr) return notSold(product);
     if (sold->type != ProductType::autoRenewableSubscription) {
       return failure(StoreSessionError::invalidProductType,
                      product + " is no auto-renewable subscription.");
@@ -92,7 +100,7 @@ Failure StoreServer::changeSubscription(const std::string& product, const Change
 Failure StoreServer::approve(std::int64_t identifier) {
   return changeTransaction(identifier, [this](LedgerEntry& entry, Sale& sale) -> Failure {
     if (entry.state != State::deferred) return invalidAction(entry, "waits for no approval.");
-    if (auto error = objection(entry.payment, store_.catalogue())) return error;
+    if (auto error = unsold(entry.payment, store_.catalogue())) return error;
     entry.transactionIdentifier = store_.sources().transactionIdentifier(entry.identifier);
     sale.purchase(std::move(entry));
     return std::nullopt;
@@ -113,7 +121,7 @@ Failure StoreServer::decline(std::int64_t identifier) {
 Failure StoreServer::resolve(std::int64_t identifier) {
   return changeTransaction(identifier, [this](LedgerEntry& entry, Sale& sale) -> Failure {
     if (entry.hasPurchaseIssue) {
-      if (auto error = objection(entry.payment, store_.catalogue())) return error;
+      if (auto error = unsold(entry.payment, store_.catalogue())) return error;
       sale.purchase({.payment = entry.payment});
       entry.hasPurchaseIssue = false;
       sale.keep(std::move(entry));
@@ -166,10 +174,7 @@ Failure StoreServer::clear() {
 Failure StoreServer::buy(const std::string& product) {
   return commit([&](Sale& sale) -> Failure {
     LedgerEntry entry{.payment = {.productIdentifier = product}};
-    if (objection(entry.payment, store_.catalogue())) {
-      return failure(StoreSessionError::invalidProductIdentifier,
-                     "Nothing is sold as " + product + ".");
-    }
+    if (auto error = unsold(entry.payment, store_.catalogue())) return error;
     sale.purchase(std::move(entry));
     return std::nullopt;
   });
@@ -178,42 +183,48 @@ Failure StoreServer::buy(const std::string& product) {
 Failure StoreServer::begin(const std::string& product) {
   return commit([&](Sale& sale) -> Failure {
     LedgerEntry entry{.payment = {.productIdentifier = product}, .asksApplication = true};
-    if (objection(entry.payment, store_.catalogue())) {
-      return failure(StoreSessionError::invalidProductIdentifier,
-                     "Nothing is sold as " + product + ".");
-    }
+    if (auto error = unsold(entry.payment, store_.catalogue())) return error;
     sale.keep(std::move(entry));
     return std::nullopt;
   });
 }
 
-Failure StoreServer::changeSubscriptionOf(std::int64_t identifier,
-                                          const std::function<void(SubscriptionPeriod&)>& change) {
+Failure StoreServer::changeSubscriptionOf(
+    std::int64_t identifier, const std::function<Failure(SubscriptionPeriod&)>& change) {
   return changeTransaction(identifier, [&](LedgerEntry& entry, Sale& sale) -> Failure {
     auto* const running = entry.period ? sale.running(entry.period->group) : nullptr;
     if (running == nullptr) {
       return failure(StoreSessionError::noSubscriptionFound,
                      name(entry) + " belongs to no running subscription.");
     }
-    change(*running->period);
-    return std::nullopt;
+    return change(*running->period);
   });
 }
 
 Failure StoreServer::setAutoRenew(std::int64_t identifier, bool renews) {
-  return changeSubscriptionOf(identifier,
-                              [&](SubscriptionPeriod& period) { period.renews = renews; });
+  return changeSubscriptionOf(identifier, [&](SubscriptionPeriod& period) -> Failure {
+    period.renews = renews;
+    return std::nullopt;
+  });
 }
 
-Failure StoreServer::setPriceIncrease(std::int64_t identifier, bool asks) {
-  return changeSubscriptionOf(
-      identifier, [&](SubscriptionPeriod& period) { period.asksForPriceIncrease = asks; });
+Failure StoreServer::requestPriceIncrease(std::int64_t identifier) {
+  return changeSubscriptionOf(identifier, [](SubscriptionPeriod& period) -> Failure {
+    period.asksForPriceIncrease = true;
+    return std::nullopt;
+  });
 }
 
-Failure StoreServer::declinePriceIncrease(std::int64_t identifier) {
-  return changeSubscriptionOf(identifier, [](SubscriptionPeriod& period) {
+Failure StoreServer::answerPriceIncrease(std::int64_t identifier, bool consents) {
+  return changeSubscriptionOf(identifier, [&](SubscriptionPeriod& period) -> Failure {
+    if (!period.asksForPriceIncrease) {
+      return failure(StoreSessionError::invalidAction, "The subscription of transaction " +
+                                                           std::to_string(identifier) +
+                                                           " asks for no consent.");
+    }
     period.asksForPriceIncrease = false;
-    period.renews = false;
+    if (!consents) period.renews = false;
+    return std::nullopt;
   });
 }
 

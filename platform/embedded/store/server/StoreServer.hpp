@@ -17,7 +17,7 @@ class Sale;
 /// parent's hands. Everything is committed to the ledger before the call returns, and reported to
 /// the observers, of this and of every other program on the ledger, in a later turn.
 ///
-/// Each operation answers with an error (of `StoreSessionError`, or the ledger's) when nothing was
+/// When an operation answers with an error (of `StoreSessionError`, or the ledger's), nothing was
 /// changed.
 /// Thread: main.
 class StoreServer {
@@ -35,8 +35,8 @@ class StoreServer {
   Failure buy(const std::string& product);
   Failure begin(const std::string& product);
   Failure setAutoRenew(std::int64_t identifier, bool renews);
-  Failure setPriceIncrease(std::int64_t identifier, bool asks);
-  Failure declinePriceIncrease(std::int64_t identifier);
+  Failure requestPriceIncrease(std::int64_t identifier);
+  Failure answerPriceIncrease(std::int64_t identifier, bool consents);
   Failure forceRenewal(const std::string& product);
   Failure expire(const std::string& product);
 
@@ -48,7 +48,7 @@ class StoreServer {
   Failure changeTransaction(std::int64_t identifier, const Change& change);
   Failure changeSubscription(const std::string& product, const Change& change);
   Failure changeSubscriptionOf(std::int64_t identifier,
-                               const std::function<void(SubscriptionPeriod&)>& change);
+                               const std::function<Failure(SubscriptionPeriod&)>& change);
 
   EmbeddedStore& store_;
 };

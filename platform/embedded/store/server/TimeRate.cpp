@@ -130,6 +130,7 @@ std::string timeRates() {
 }
 
 Date periodEnd(Date begin, const SKProductSubscriptionPeriod& period, int rate) {
+  if (period.numberOfUnits == 0) return periodEnd(begin, {1, period.unit}, rate);
   const auto later = [&](double seconds) {
     return Date::sinceEpoch(begin.timeIntervalSince1970() + seconds);
   };

@@ -21,7 +21,8 @@ namespace StoreKit {
 /// All of them, with commas, for a message.
 [[nodiscard]] std::string timeRates();
 
-/// When a period that begins at `begin` ends. A rate that is none counts as real time.
+/// When a period that begins at `begin` ends. A rate that is none counts as real time, a length of
+/// no units as one.
 [[nodiscard]] Foundation::Date periodEnd(Foundation::Date begin,
                                          const SKProductSubscriptionPeriod& period, int rate);
 
