@@ -50,6 +50,12 @@ bool Decoder::check(bool wasRead, std::string_view message) {
   return wasRead;
 }
 
+bool Decoder::failMismatch(std::string_view expected) {
+  const auto found = kind();
+  fail("expected " + std::string(expected) + ", found " + std::string(nameOf(found)));
+  return false;
+}
+
 JSONKind Decoder::kind() {
   if (hasFailed()) return JSONKind::null;
   const auto kind = reader_.kind();
@@ -57,29 +63,24 @@ JSONKind Decoder::kind() {
   return kind.value_or(JSONKind::null);
 }
 
-bool Decoder::expect(JSONKind wanted, std::string_view name) {
-  const auto found = kind();
+bool Decoder::takeNull() {
   if (hasFailed()) return false;
-  if (found == wanted) return true;
-  fail("expected " + std::string(name) + ", found " + std::string(nameOf(found)));
+  if (reader_.readNull()) return true;
+  check(reader_.problem().empty(), "");
   return false;
 }
 
-bool Decoder::takeNull() {
-  return kind() == JSONKind::null && !hasFailed() && check(reader_.readNull(), "");
-}
-
 void Decoder::boolean(bool& value) {
-  if (expect(JSONKind::boolean, "a boolean")) check(reader_.readBoolean(value), "");
+  if (!hasFailed()) expect(reader_.readBoolean(value), "a boolean");
 }
 
 void Decoder::number(JSONNumber& value) {
-  if (expect(JSONKind::number, "a number")) check(reader_.readNumber(value), "");
+  if (!hasFailed()) expect(reader_.readNumber(value), "a number");
 }
 
 void Decoder::integer(std::int64_t& value, std::int64_t lowest, std::int64_t highest) {
   JSONNumber number;
-  if (!expect(JSONKind::number, "an integer") || !check(reader_.readNumber(number), "")) return;
+  if (hasFailed() || !expect(reader_.readNumber(number), "an integer")) return;
   if (!fits(number, value) || value < lowest || value > highest) {
     fail(rangeText(std::to_string(lowest), std::to_string(highest)));
   }
@@ -87,7 +88,7 @@ void Decoder::integer(std::int64_t& value, std::int64_t lowest, std::int64_t hig
 
 void Decoder::unsignedInteger(std::uint64_t& value, std::uint64_t highest) {
   JSONNumber number;
-  if (!expect(JSONKind::number, "an integer") || !check(reader_.readNumber(number), "")) return;
+  if (hasFailed() || !expect(reader_.readNumber(number), "an integer")) return;
   if (!fits(number, value) || value > highest) fail(rangeText("0", std::to_string(highest)));
 }
 
@@ -100,7 +101,7 @@ void Decoder::floating(double& value, double highest) {
 }
 
 void Decoder::text(std::string& value) {
-  if (expect(JSONKind::text, "text")) check(reader_.readText(value), "");
+  if (!hasFailed()) expect(reader_.readText(value), "text");
 }
 
 // Leaves the list or object when it is at its end, or fails when it can't go on.
@@ -112,7 +113,7 @@ bool Decoder::step(bool isAtValue) {
 }
 
 void Decoder::beginList() {
-  if (expect(JSONKind::list, "a list") && check(reader_.enterList(), "")) path_.enterList();
+  if (!hasFailed() && expect(reader_.enterList(), "a list")) path_.enterList();
 }
 
 bool Decoder::nextElement() {
@@ -122,9 +123,7 @@ bool Decoder::nextElement() {
 }
 
 void Decoder::beginObject() {
-  if (expect(JSONKind::object, "an object") && check(reader_.enterObject(), "")) {
-    path_.enterObject();
-  }
+  if (!hasFailed() && expect(reader_.enterObject(), "an object")) path_.enterObject();
 }
 
 bool Decoder::nextField() {

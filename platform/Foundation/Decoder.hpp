@@ -71,7 +71,9 @@ class Decoder {
   [[nodiscard]] const std::string& failure() const { return failure_; }
 
  private:
-  bool expect(JSONKind wanted, std::string_view name);
+  // What can't be read is looked at only then: most values are what they are taken for.
+  bool expect(bool wasRead, std::string_view name) { return wasRead || failMismatch(name); }
+  bool failMismatch(std::string_view expected);
   bool check(bool wasRead, std::string_view message);
   bool step(bool isAtValue);
 

@@ -52,9 +52,13 @@ class Threads {
   }
 
   void lendTo(std::shared_ptr<Queue> queue) {
-    const std::lock_guard lock(mutex_);
-    waiting_.push_back(std::move(queue));
-    if (idle_ >= waiting_.size()) {
+    bool isOneIdle = false;
+    {
+      const std::lock_guard lock(mutex_);
+      waiting_.push_back(std::move(queue));
+      isOneIdle = idle_ >= waiting_.size();
+    }
+    if (isOneIdle) {
       changed_.notify_one();
     } else {
       startSystemThread("TQ queue", [this] { work(); }).detach();

@@ -36,6 +36,25 @@ JSONNumber numberOf(ondemand::number& number) {
   return number.get_double();
 }
 
+// Whether a value of that kind begins with that character.
+bool begins(JSONKind kind, char first) {
+  switch (kind) {
+    case JSONKind::null:
+      return first == 'n';
+    case JSONKind::boolean:
+      return first == 't' || first == 'f';
+    case JSONKind::number:
+      return first == '-' || (first >= '0' && first <= '9');
+    case JSONKind::text:
+      return first == '"';
+    case JSONKind::list:
+      return first == '[';
+    case JSONKind::object:
+      return first == '{';
+  }
+  return false;
+}
+
 // A list or object that the reader is in.
 struct Level {
   std::variant<ondemand::array_iterator, ondemand::object_iterator> position;
@@ -62,22 +81,12 @@ class JSONReader::Implementation {
   }
 
   std::optional<JSONKind> kind() {
-    ondemand::json_type type{};
-    if (!problem_.empty() || !succeeds(value_.type().get(type))) return std::nullopt;
-    switch (type) {
-      case ondemand::json_type::null:
-        return JSONKind::null;
-      case ondemand::json_type::boolean:
-        return JSONKind::boolean;
-      case ondemand::json_type::number:
-        return JSONKind::number;
-      case ondemand::json_type::string:
-        return JSONKind::text;
-      case ondemand::json_type::array:
-        return JSONKind::list;
-      case ondemand::json_type::object:
-        return JSONKind::object;
+    if (!problem_.empty()) return std::nullopt;
+    for (const auto kind : {JSONKind::text, JSONKind::number, JSONKind::object, JSONKind::list,
+                            JSONKind::boolean, JSONKind::null}) {
+      if (begins(kind, first())) return kind;
     }
+    (void)succeeds(simdjson::TAPE_ERROR);
     return std::nullopt;
   }
 
@@ -119,16 +128,20 @@ class JSONReader::Implementation {
 
   bool nextElement() {
     auto* const position = advance<ondemand::array_iterator>();
-    isAtValue_ = position != nullptr && succeeds((**position).get(value_));
-    return isAtValue_;
+    if (position == nullptr) return false;
+    auto element = **position;
+    if (!succeeds(element.error())) return false;
+    value_ = std::move(element).value_unsafe();
+    isAtValue_ = true;
+    return true;
   }
   bool nextField() {
-    ondemand::field field;
     auto* const position = advance<ondemand::object_iterator>();
-    if (position == nullptr || !succeeds((**position).get(field)) ||
-        !succeeds(field.unescaped_key().get(key_))) {
-      return false;
-    }
+    if (position == nullptr) return false;
+    auto result = **position;
+    if (!succeeds(result.error())) return false;
+    auto&& field = std::move(result).value_unsafe();
+    if (!succeeds(field.unescaped_key().get(key_))) return false;
     value_ = field.value();
     isAtValue_ = true;
     return true;
@@ -156,7 +169,8 @@ class JSONReader::Implementation {
   [[nodiscard]] const std::string& problem() const { return problem_; }
 
  private:
-  bool isAt(JSONKind wanted) { return isAtValue_ && kind() == wanted; }
+  [[nodiscard]] char first() { return *value_.raw_json_token().data(); }
+  bool isAt(JSONKind wanted) { return isAtValue_ && problem_.empty() && begins(wanted, first()); }
 
   bool succeeds(simdjson::error_code error) {
     if (error == simdjson::SUCCESS) return true;

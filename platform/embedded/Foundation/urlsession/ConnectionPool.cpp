@@ -3,6 +3,7 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/embedded/Foundation/urlsession/CurlRequest.hpp"
 #include "platform/embedded/Foundation/urlsession/SessionTask.hpp"
 #include "platform/embedded/Foundation/urlsession/Transfer.hpp"
 
@@ -66,7 +67,7 @@ void ConnectionPool::forget(const Transfer& transfer) { transfers_.erase(transfe
 CURL* ConnectionPool::takeHandle() {
   if (spare_.empty()) {
     auto* const handle = curl_easy_init();
-    curl_easy_setopt(handle, CURLOPT_SHARE, share_.get());
+    applyCommonOptions(handle, share_.get());
     return handle;
   }
   auto* const handle = spare_.back().release();
@@ -75,7 +76,6 @@ CURL* ConnectionPool::takeHandle() {
 }
 
 void ConnectionPool::giveBack(CURL* handle) {
-  curl_easy_reset(handle);
   if (spare_.size() < kSpareHandles) {
     spare_.emplace_back(handle);
   } else {
@@ -117,7 +117,7 @@ int ConnectionPool::setTimer(CURLM*, long milliseconds, void* pool) {
   if (milliseconds < 0) {
     self.clear();
   } else {
-    self.set(Clock::now() + std::chrono::milliseconds(milliseconds));
+    self.set(self.thread_.now() + std::chrono::milliseconds(milliseconds));
   }
   return 0;
 }

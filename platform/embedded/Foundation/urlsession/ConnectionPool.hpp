@@ -29,8 +29,8 @@ class ConnectionPool final : SocketWatcher, Timer {
   void start(TaskPtr task);
   void cancel(const URLSessionTask::Implementation* task);
 
-  /// For transfers: hands out a libcurl handle without options and takes it back; puts it on the wire
-  /// and takes it off. One that is taken off before its end loses its connection.
+  /// For transfers: hands out a libcurl handle that has the common options and takes it back; puts it on
+  /// the wire and takes it off. One that is taken off before its end loses its connection.
   [[nodiscard]] CURL* takeHandle();
   void giveBack(CURL* handle);
   void add(CURL* handle);

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/embedded/Foundation/urlsession/Redirect.hpp"
 #include "platform/embedded/Foundation/urlsession/URLErrors.hpp"
@@ -57,6 +58,20 @@ void applyBody(const URLRequest& request, CURL* easy) {
                    size > 0 ? static_cast<const void*>(body->data()) : "");
 }
 
+// From whatever the handle was used for before: a GET takes back the other methods.
+void applyMethod(const URLRequest& request, CURL* easy) {
+  const auto& method = request.httpMethod();
+  curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L);
+  const bool sends = sendsBody(request);
+  if (method == "HEAD") {
+    curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
+  } else if (sends) {
+    applyBody(request, easy);
+  }
+  const bool isUsual = method == "HEAD" || method == (sends ? "POST" : "GET");
+  curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, isUsual ? nullptr : method.c_str());
+}
+
 }  // namespace
 
 std::optional<NSError> problemOf(const URLRequest& request) {
@@ -94,28 +109,18 @@ CurlRequest::List CurlRequest::fieldList(const URLRequest& request) {
 }
 
 void CurlRequest::apply(const URLRequest& request, CURL* easy) {
-  const auto& method = request.httpMethod();
   curl_easy_setopt(easy, CURLOPT_URL, request.url().absoluteString().c_str());
-  if (method == "HEAD") {
-    curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
-  } else if (sendsBody(request)) {
-    applyBody(request, easy);
-  }
-  if (method != "HEAD" && method != "GET" && method != "POST") {
-    curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, method.c_str());
-  } else if (method == "GET" && sendsBody(request)) {
-    curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, "GET");
-  }
+  applyMethod(request, easy);
   // A second transfer waits to hear whether it can share the connection of the first.
   curl_easy_setopt(easy, CURLOPT_PIPEWAIT, isSecure(request.url()) ? 1L : 0L);
-  fields_ = fieldList(request);
-  curl_easy_setopt(easy, CURLOPT_HTTPHEADER, fields_.get());
-  if (const auto cookie = request.value("Cookie")) {
-    curl_easy_setopt(easy, CURLOPT_COOKIE, cookie->c_str());
-  }
+  const auto cookie = request.value("Cookie");
+  curl_easy_setopt(easy, CURLOPT_COOKIE, cookie ? cookie->c_str() : nullptr);
+  auto fields = fieldList(request);
+  curl_easy_setopt(easy, CURLOPT_HTTPHEADER, fields.get());
+  fields_ = std::move(fields);
 }
 
-void applyCommonOptions(CURL* easy) {
+void applyCommonOptions(CURL* easy, CURLSH* share) {
   constexpr long kNever = 24L * 60 * 60 * 365;  // our own clock ends what takes too long
   curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
@@ -125,6 +130,8 @@ void applyCommonOptions(CURL* easy) {
   curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "");
   curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
   curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+  curl_easy_setopt(easy, CURLOPT_SHARE, share);
+  curl_easy_setopt(easy, CURLOPT_COOKIEFILE, "");  // cookies are kept, in the share
   curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
   curl_easy_setopt(easy, CURLOPT_USERAGENT, "TQStoreKitLib");
   const char* const bundle = variable("CURL_CA_BUNDLE");

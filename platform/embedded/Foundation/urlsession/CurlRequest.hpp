@@ -17,7 +17,7 @@ namespace Foundation::detail {
 /// A request in libcurl's form. `request` must outlive the transfer: its body is not copied.
 class CurlRequest {
  public:
-  /// Sets address, method, fields and body.
+  /// Sets address, method, fields and body, whatever the handle sent before.
   void apply(const URLRequest& request, CURL* easy);
 
  private:
@@ -30,7 +30,8 @@ class CurlRequest {
   List fields_;
 };
 
-/// Sets what is the same for every transfer: TLS, decoding, what libcurl must leave alone.
-void applyCommonOptions(CURL* easy);
+/// Sets what is the same for every transfer, once for a handle: cookies and TLS sessions in `share`,
+/// decoding, what libcurl must leave alone.
+void applyCommonOptions(CURL* easy, CURLSH* share);
 
 }  // namespace Foundation::detail

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <curl/curl.h>
+
 #include <optional>
 #include <string_view>
 
@@ -14,6 +16,7 @@ class DataTask final : public URLSessionTask::Implementation {
            URLSessionDataTask::Completion completion);
 
  private:
+  [[nodiscard]] long bufferSize() const override { return CURL_MAX_WRITE_SIZE; }
   std::optional<NSError> begin(bool hasBody) override;
   std::optional<NSError> append(std::string_view bytes) override;
   void complete(URLResponsePtr response, std::optional<NSError> error) override;

@@ -45,7 +45,8 @@ void NetworkThread::post(Command command) {
     (void)!::write(wake_[1], &byte, 1);
   }
   commands_.push_back(std::move(command));
-  if (!thread_.joinable() && !stopping_) thread_ = Dispatch::startSystemThread("TQ network", [this] { run(); });
+  if (!thread_.joinable() && !stopping_)
+    thread_ = Dispatch::startSystemThread("TQ network", [this] { run(); });
 }
 
 void NetworkThread::stop() {

@@ -30,8 +30,8 @@ class URLSessionTask::Implementation : public std::enable_shared_from_this<Imple
 
   // For the transfer, on the network thread.
 
-  /// Bytes that are received at a time; 0 for what is usual.
-  [[nodiscard]] virtual long bufferSize() const { return 0; }
+  /// Bytes that are received at a time, at most.
+  [[nodiscard]] virtual long bufferSize() const = 0;
   /// The head of the answer, once; `hasBody` when bytes may follow, be they none. An answer is why
   /// the task does not go on.
   [[nodiscard]] std::optional<NSError> receiveResponse(URLResponsePtr response, bool hasBody);

@@ -54,10 +54,9 @@ void Transfer::cancel() {
 void Transfer::send() {
   head_ = {};
   sent_ = 0;
-  applyCommonOptions(easy_);
   curlRequest_.apply(request(), easy_);
   setCallbacks();
-  if (const long size = task_->bufferSize()) curl_easy_setopt(easy_, CURLOPT_BUFFERSIZE, size);
+  curl_easy_setopt(easy_, CURLOPT_BUFFERSIZE, task_->bufferSize());
   pool_.add(easy_);
 }
 
@@ -68,10 +67,9 @@ void Transfer::setCallbacks() {
   curl_easy_setopt(easy_, CURLOPT_HEADERDATA, this);
   curl_easy_setopt(easy_, CURLOPT_WRITEFUNCTION, takeBody);
   curl_easy_setopt(easy_, CURLOPT_WRITEDATA, this);
-  if (!request().httpBody()) return;
+  curl_easy_setopt(easy_, CURLOPT_NOPROGRESS, request().httpBody() ? 0L : 1L);
   curl_easy_setopt(easy_, CURLOPT_XFERINFOFUNCTION, takeProgress);
   curl_easy_setopt(easy_, CURLOPT_XFERINFODATA, this);
-  curl_easy_setopt(easy_, CURLOPT_NOPROGRESS, 0L);
 }
 
 void Transfer::ended(CURLcode result) {
@@ -94,7 +92,6 @@ void Transfer::followRedirect() {
   if (++redirects_ > kMostRedirects) return finish(urlError(NSURLErrorHTTPTooManyRedirects, *next));
   redirected_ = redirected(request(), head_.status(), *next);
   if (auto problem = problemOf(request())) return finish(std::move(problem));
-  curl_easy_reset(easy_);
   send();
 }
 
