@@ -55,7 +55,7 @@ void write(Encoder& encoder, const JSONValue& value) {
   }
 }
 
-// --- reading: false at the first problem, which the reader knows ---
+// --- reading: false when it can't go on; the reader knows the problem ---
 
 bool read(JSONReader& reader, JSONValue& value);
 
@@ -66,7 +66,7 @@ bool readList(JSONReader& reader, JSONValue& value) {
     if (!read(reader, list.emplace_back())) return false;
   }
   value = std::move(list);
-  return reader.problem().empty();
+  return true;
 }
 
 bool readMap(JSONReader& reader, JSONValue& value) {
@@ -76,7 +76,7 @@ bool readMap(JSONReader& reader, JSONValue& value) {
     if (!read(reader, map[std::string(reader.key())])) return false;
   }
   value = std::move(map);
-  return reader.problem().empty();
+  return true;
 }
 
 bool readBoolean(JSONReader& reader, JSONValue& value) {

@@ -67,6 +67,7 @@ class FailingLedger final : public StoreKit::Ledger {
     return ledger_.untoldRefunds();
   }
   [[nodiscard]] Failure tellRefunds(std::int64_t revision) override {
+    if (control_->refusal) return control_->refusal;
     return ledger_.tellRefunds(revision);
   }
   [[nodiscard]] StoreKit::LedgerSettings settings() const override { return ledger_.settings(); }
@@ -78,7 +79,10 @@ class FailingLedger final : public StoreKit::Ledger {
     if (control_->refusal) return control_->refusal;
     return ledger_.set(setting, value);
   }
-  [[nodiscard]] Failure clearSettings() override { return ledger_.clearSettings(); }
+  [[nodiscard]] Failure clearSettings() override {
+    if (control_->refusal) return control_->refusal;
+    return ledger_.clearSettings();
+  }
   [[nodiscard]] StoreKit::LedgerEntries changedAfter(std::int64_t revision) const override {
     return ledger_.changedAfter(revision);
   }

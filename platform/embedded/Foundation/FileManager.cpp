@@ -81,7 +81,7 @@ FileManager::Kind FileManager::kind(std::string_view path) const {
   if (path.find('\0') != std::string_view::npos) return Kind::nothing;
   std::error_code error;
   const auto status = fs::status(fs::path(path), error);
-  if (error || !fs::exists(status)) return Kind::nothing;
+  if (error) return Kind::nothing;
   return fs::is_directory(status) ? Kind::folder : Kind::file;
 }
 

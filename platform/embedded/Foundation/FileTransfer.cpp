@@ -108,7 +108,6 @@ std::error_code removeOriginal(const fs::path& from, const fs::path& copy) {
 }  // namespace
 
 std::error_code copyToFreePlace(const fs::path& from, const fs::path& to) {
-  if (!isThere(from)) return std::make_error_code(std::errc::no_such_file_or_directory);
   if (isThere(to)) return std::make_error_code(std::errc::file_exists);
   if (isInside(to, from)) return std::make_error_code(std::errc::invalid_argument);
   const WayStation station(to);

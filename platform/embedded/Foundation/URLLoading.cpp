@@ -22,6 +22,11 @@ ChosenFolder& chosen() {
 
 std::atomic<std::int64_t> maximum = std::int64_t{1} << 30U;
 
+std::optional<std::string> chosenFolder() {
+  const std::lock_guard lock(chosen().mutex);
+  return chosen().path;
+}
+
 // Absent unless the variable names a folder by its full path.
 std::optional<std::string> folderIn(const char* variable) {
   const char* const value = std::getenv(variable);
@@ -37,8 +42,7 @@ void setDownloadFolder(std::optional<std::string> path) {
 }
 
 std::string downloadFolder() {
-  const std::lock_guard lock(chosen().mutex);
-  if (chosen().path) return *chosen().path;
+  if (auto folder = chosenFolder()) return *folder;
   if (auto folder = folderIn("TMPDIR")) return *folder;
   if (const auto cache = folderIn("XDG_CACHE_HOME")) return *cache + "/TQStoreKitLib";
   if (const auto home = folderIn("HOME")) return *home + "/.cache/TQStoreKitLib";

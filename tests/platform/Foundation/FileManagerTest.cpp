@@ -31,12 +31,12 @@ class FileManagerTest : public testing::Test {
   // From now on nothing can be written into the folder, whoever runs the test.
   [[nodiscard]] bool forbid(const std::string& name) const {
     fs::permissions(folder_.path(), fs::perms::all);
-    fs::permissions(path(name), fs::perms::owner_read | fs::perms::owner_exec |
-                                    fs::perms::others_read | fs::perms::others_exec);
+    fs::permissions(path(name), fs::perms::all & ~(fs::perms::owner_write | fs::perms::group_write |
+                                                   fs::perms::others_write));
     return ::geteuid() != 0 || (::setegid(65534) == 0 && ::seteuid(65534) == 0);
   }
   void TearDown() override {
-    if (::getuid() == 0) (void)::seteuid(0);
+    EXPECT_TRUE(::getuid() != 0 || (::seteuid(0) == 0 && ::setegid(0) == 0));
     for (const auto& item : fs::directory_iterator(folder_.path())) {
       if (item.is_directory()) fs::permissions(item, fs::perms::owner_all);
     }
@@ -107,6 +107,14 @@ TEST_F(FileManagerTest, RemovingWithoutPermissionIsAnError) {
   EXPECT_TRUE(fs::exists(path("a/b")));
 }
 
+TEST_F(FileManagerTest, RemovingSomebodyElsesFileFromASharedFolderIsAnError) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs a file of another user";
+  write("a");
+  fs::permissions(folder_.path(), fs::perms::all | fs::perms::sticky_bit);
+  ASSERT_EQ(::seteuid(65534), 0);
+  expectCode(files().removeItem(url("a")), NSFileWriteNoPermissionError);
+}
+
 // --- folders ---
 
 TEST_F(FileManagerTest, CreatesAFolder) {
@@ -168,8 +176,19 @@ TEST_F(FileManagerTest, CopyingOntoAFileIsAnError) {
 
 TEST_F(FileManagerTest, CopyingAFolderIntoItselfIsAnError) {
   fs::create_directory(path("a"));
-  expectCode(files().copyItem(url("a"), url("a/b")), NSFileWriteInvalidFileNameError);
+  const auto error = files().copyItem(url("a"), url("a/b"));
+  expectCode(error, NSFileWriteInvalidFileNameError);
+  EXPECT_EQ(error->underlyingError()->code(), EINVAL);
   EXPECT_TRUE(fs::is_empty(path("a")));
+}
+
+TEST_F(FileManagerTest, CopyingIntoAMissingFolderLeavesNothingAnywhere) {
+  write("a");
+  fs::create_directory(path("here"));
+  fs::current_path(path("here"));
+  expectCode(files().copyItem(url("a"), url("b/c")), NSFileNoSuchFileError);
+  EXPECT_TRUE(fs::is_empty(path("here")));
+  fs::current_path("/");
 }
 
 TEST_F(FileManagerTest, CopyingNothingIsAnError) {

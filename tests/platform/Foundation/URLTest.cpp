@@ -57,6 +57,11 @@ TEST(URL, RefusesAPercentSignWithoutTwoDigits) {
   EXPECT_TRUE(isURL("http://a/%2F"));
 }
 
+TEST(URL, LooksNoFurtherThanItsText) {
+  EXPECT_FALSE(isURL(std::string_view("http://a/%20").substr(0, 10)));
+  EXPECT_FALSE(isURL(std::string_view("http://a/%20").substr(0, 11)));
+}
+
 TEST(URL, RefusesASecondFragment) { EXPECT_FALSE(isURL("http://a/#b#c")); }
 
 TEST(URL, RefusesAPortThatIsNoNumber) {
@@ -98,6 +103,7 @@ TEST(URL, HostIsAbsentWhenThereIsNone) {
 
 TEST(URL, PathIsDecodedAndWithoutSlashAtItsEnd) {
   EXPECT_EQ(url("http://a/b%20c/d/?e/f#g/h").path(), "/b c/d");
+  EXPECT_EQ(url("http://a/b#c/d").path(), "/b");
   EXPECT_EQ(url("http://a/").path(), "/");
   EXPECT_EQ(url("http://a").path(), "");
 }

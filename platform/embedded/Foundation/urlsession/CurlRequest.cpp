@@ -50,12 +50,15 @@ bool sendsBody(const URLRequest& request) {
 }
 
 void applyBody(const URLRequest& request, CURL* easy) {
-  const auto& body = request.httpBody();
-  const auto size = body ? static_cast<curl_off_t>(body->size()) : curl_off_t{0};
+  const void* bytes = "";
+  std::size_t size = 0;
+  if (const auto& body = request.httpBody(); body && !body->empty()) {
+    bytes = body->data();
+    size = body->size();
+  }
   curl_easy_setopt(easy, CURLOPT_POST, 1L);
-  curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, size);
-  curl_easy_setopt(easy, CURLOPT_POSTFIELDS,
-                   size > 0 ? static_cast<const void*>(body->data()) : "");
+  curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(size));
+  curl_easy_setopt(easy, CURLOPT_POSTFIELDS, bytes);
 }
 
 // From whatever the handle was used for before: a GET takes back the other methods.
@@ -94,14 +97,14 @@ std::optional<NSError> problemOf(const URLRequest& request) {
 CurlRequest::List CurlRequest::fieldList(const URLRequest& request) {
   List list;
   const auto add = [&list](const std::string& line) {
-    auto* const longer = curl_slist_append(list.get(), line.c_str());
-    if (longer == nullptr) return;
-    (void)list.release();
-    list.reset(longer);
+    auto* const first = curl_slist_append(list.get(), line.c_str());
+    if (!list) list.reset(first);
   };
   for (const auto& [name, value] : request.allHTTPHeaderFields()) {
     if (isOurs(name)) continue;
-    add(value.empty() ? name + ";" : name + ": " + value);
+    auto line = name;
+    line += value.empty() ? ";" : ": ";
+    add(line += value);
   }
   add("Expect:");
   if (sendsBody(request) && !request.value("Content-Type")) add("Content-Type:");

@@ -42,15 +42,18 @@ SKDownloads DownloadQueue::attach(const std::shared_ptr<const LedgerTransaction>
   if (!bringsDownloads(entry) || hosted == contents.end() || hosted->second.folder.empty()) {
     return {};
   }
-  auto download = std::make_shared<HostedDownload>(transaction, hosted->second);
+  const auto* const sold = store_.catalogue().find(hosted->first);
+  const auto length = sold ? sold->product->downloadContentLengths().at(0) : 0;
+  auto download = std::make_shared<HostedDownload>(transaction, hosted->second, length);
   downloads_[entry.identifier] = download;
   return {download};
 }
 
 void DownloadQueue::detach(const LedgerTransaction& transaction) {
   const auto number = transaction.entry().identifier;
-  if (const auto found = downloads_.extract(number)) {
-    if (found.mapped()->discard()) discarded_.push_back(found.mapped());
+  const auto found = downloads_.extract(number);
+  if (found && found.mapped()->discard()) {
+    discarded_.push_back(found.mapped());
     if (discarded_.size() == 1) later(&DownloadQueue::reportDiscarded);
   }
   place_.remove(number);
@@ -86,7 +89,7 @@ void DownloadQueue::later(void (DownloadQueue::*step)()) {
 }
 
 void DownloadQueue::answer() {
-  if (requests_.empty() || !store_.queue().isObserved()) return;
+  if (requests_.empty() || !isObserved()) return;
   const auto request = std::move(requests_.front());
   requests_.pop_front();
   SKDownloads changed;
@@ -122,7 +125,7 @@ void DownloadQueue::setAdvance() {
 
 void DownloadQueue::advance() {
   advances_ = false;
-  if (!store_.queue().isObserved()) return;
+  if (!isObserved()) return;
   const auto now = store_.now();
   SKDownloads changed;
   for (const auto& [transaction, download] : downloads_) {
@@ -133,7 +136,7 @@ void DownloadQueue::advance() {
 }
 
 void DownloadQueue::reportDiscarded() {
-  if (store_.queue().isObserved()) report(std::exchange(discarded_, {}));
+  if (isObserved()) report(std::exchange(discarded_, {}));
 }
 
 void DownloadQueue::carryOn() {
@@ -151,8 +154,17 @@ void DownloadQueue::speedDidChange() {
   setAdvance();
 }
 
+bool DownloadQueue::isObserved() const { return listener_ || store_.queue().isObserved(); }
+
+void DownloadQueue::listen(Listener listener) {
+  listener_.swap(listener);
+  if (listener_) carryOn();
+}
+
 void DownloadQueue::report(const SKDownloads& changed) {
-  if (!changed.empty()) store_.queue().reportDownloads(changed);
+  if (changed.empty()) return;
+  store_.queue().reportDownloads(changed);
+  if (const auto listener = listener_) listener(changed);
 }
 
 }  // namespace StoreKit

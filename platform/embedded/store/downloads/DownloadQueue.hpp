@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -50,6 +51,12 @@ class DownloadQueue {
   void resume(const SKDownloads& downloads) { ask(&DownloadQueue::resumeOne, downloads); }
   void cancel(const SKDownloads& downloads) { ask(&DownloadQueue::cancelOne, downloads); }
 
+  /// `listener` hears what observers hear, behind them, and is one: with it downloads go on though
+  /// nobody observes the payment queue. For a tool that wants nothing of the queue but these. An
+  /// empty one: nobody listens any more.
+  using Listener = std::function<void(const SKDownloads&)>;
+  void listen(Listener listener);
+
   /// The payment queue has an observer again.
   void carryOn();
 
@@ -82,12 +89,14 @@ class DownloadQueue {
   void reportDiscarded();
 
   [[nodiscard]] bool hasActive() const;
+  [[nodiscard]] bool isObserved() const;
   void report(const SKDownloads& changed);
 
   EmbeddedStore& store_;
   DownloadPlace place_{};
   std::map<std::int64_t, Pointer> downloads_{};  // by their transactions
   std::deque<Request> requests_{};
+  Listener listener_{};
   SKDownloads discarded_{};  // cancelled with their transactions, and not reported yet
   std::uint64_t run_ = 0;
   bool advances_ = false;      // an advance is on its way:

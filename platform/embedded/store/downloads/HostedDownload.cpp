@@ -23,13 +23,13 @@ bool canCancel(State state) {
 }  // namespace
 
 HostedDownload::HostedDownload(const std::shared_ptr<const LedgerTransaction>& transaction,
-                               HostedContent content)
+                               HostedContent content, std::int64_t length)
     : ledger_(transaction->ledger()),
       number_(transaction->entry().identifier),
       transaction_(transaction),
       product_(transaction->entry().payment.productIdentifier),
       content_(std::move(content)),
-      length_(listContent(content_.folder).listing.length()) {}
+      length_(length) {}
 
 std::optional<std::string> HostedDownload::contentURL() const {
   if (arrived_.empty()) return std::nullopt;

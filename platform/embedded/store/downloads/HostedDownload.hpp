@@ -20,8 +20,9 @@ namespace StoreKit {
 /// Thread: main.
 class HostedDownload final : public SKDownload {
  public:
-  HostedDownload(const std::shared_ptr<const LedgerTransaction>& transaction,
-                 HostedContent content);
+  /// `length` is that of the content as far as it is known: bytes.
+  HostedDownload(const std::shared_ptr<const LedgerTransaction>& transaction, HostedContent content,
+                 std::int64_t length);
 
   [[nodiscard]] SKDownloadState state() const override { return state_; }
   /// The product's identifier.

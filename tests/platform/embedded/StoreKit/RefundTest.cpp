@@ -1,3 +1,4 @@
+#include "tests/fakes/CapturedError.hpp"
 #include "tests/fakes/ObservedShop.hpp"
 #include "tests/fakes/SubscriptionShop.hpp"
 
@@ -99,6 +100,20 @@ TEST_F(Refund, IsNotToldAgainWhenItsTransactionIsFinishedLater) {
   EXPECT_THAT(heard(), ElementsAre("removed: gems purchased"));
   shop.session.relaunch();
   EXPECT_THAT(heard(), IsEmpty());
+}
+
+TEST_F(Refund, ThatTheLedgerDoesNotNoteAsToldIsToldAgainAtTheNextStart) {
+  shop.own("crown");
+  (void)refund(1);
+  shop.ledger->refusal = Foundation::NSError::withDescription("disk", 28, "No space left.");
+  tests::CapturedError error;
+  EXPECT_THAT(heard(), ElementsAre("revoked: crown"));
+  EXPECT_EQ(error.text(),
+            "The ledger refused a change: No space left. "
+            "Refunds are told again at the next start.\n");
+  shop.ledger->refusal.reset();
+  shop.session.relaunch();
+  EXPECT_THAT(heard(), ElementsAre("revoked: crown"));
 }
 
 TEST_F(Refund, HappensOnce) {

@@ -14,7 +14,7 @@ using Settings = StoreConfiguration::Settings;
 TEST(StoreSettings, HaveTheNamesOfTheSessionsProperties) {
   EXPECT_THAT(settingNames(),
               ElementsAre("answerDelay", "askToBuyEnabled", "billingGracePeriodEnabled",
-                          "billingRetryOnRenewalEnabled", "canMakePayments", "disableDialogs",
+                          "billingRetryOnRenewalEnabled", "canMakePayments", "disableDialogs", "downloadSpeed",
                           "failTransactionsEnabled", "failureError", "interruptedPurchasesEnabled",
                           "locale", "storefront", "timeRate"));
 }
