@@ -1,0 +1,3 @@
+// refuses: 'value' is unavailable
+#include <optional>
+int probe(const std::optional<int>& number) { return number.value(); }

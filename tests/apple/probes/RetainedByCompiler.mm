@@ -1,0 +1,3 @@
+// flags: -fobjc-arc
+// refuses: compile it without -fobjc-arc
+#include "platform/apple/Retained.hpp"

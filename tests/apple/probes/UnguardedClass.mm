@@ -1,0 +1,3 @@
+// refuses: 'SKPaymentDiscount' is only available on iOS 12.2 or newer
+#import <StoreKit/StoreKit.h>
+id probe() { return [SKPaymentDiscount class]; }

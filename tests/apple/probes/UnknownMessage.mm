@@ -1,0 +1,3 @@
+// refuses: instance method '-storefront' not found
+#import <StoreKit/StoreKit.h>
+id probe(SKPaymentQueue* queue) { return [queue storefront]; }
