@@ -46,11 +46,12 @@ PurchaseFlow::PurchaseFlow(Screen screen) : screen_(std::move(screen)) {
 }
 
 void PurchaseFlow::buy(const std::string& productId) {
-  TQStoreKit::fetchProductsInfo(
-      {productId}, [productId, show = screen_](const TQProductsResponse& response) {
-        if (response.valids().empty()) return show("the store does not sell " + productId);
-        buyProduct(*response.valids().begin(), show);
-      });
+  TQStoreKit::fetchProductsInfo({productId},
+                                [productId, show = screen_](const TQProductsResponse& response) {
+                                  if (response.valids().empty())
+                                    return show("the store does not sell " + productId);
+                                  buyProduct(*response.valids().begin(), show);
+                                });
 }
 
 void PurchaseFlow::restore() {

@@ -14,9 +14,9 @@ using Settings = StoreConfiguration::Settings;
 TEST(StoreSettings, HaveTheNamesOfTheSessionsProperties) {
   EXPECT_THAT(settingNames(),
               ElementsAre("answerDelay", "askToBuyEnabled", "billingGracePeriodEnabled",
-                          "billingRetryOnRenewalEnabled", "canMakePayments", "disableDialogs", "downloadSpeed",
-                          "failTransactionsEnabled", "failureError", "interruptedPurchasesEnabled",
-                          "locale", "storefront", "timeRate"));
+                          "billingRetryOnRenewalEnabled", "canMakePayments", "disableDialogs",
+                          "downloadSpeed", "failTransactionsEnabled", "failureError",
+                          "interruptedPurchasesEnabled", "locale", "storefront", "timeRate"));
 }
 
 TEST(StoreSettings, AreTheDefaultsAsText) {
