@@ -131,7 +131,7 @@ class JSONReader::Implementation {
     if (position == nullptr) return false;
     auto element = **position;
     if (!succeeds(element.error())) return false;
-    value_ = std::move(element).value_unsafe();
+    value_ = element.value_unsafe();
     isAtValue_ = true;
     return true;
   }

@@ -107,6 +107,7 @@ TEST_F(DownloadMover, AFileInThePlaceOfAFolderEndsIt) {
   tests::write(path("a"), "old");
   const auto error = moveTo("a/b", kBoth);
   ASSERT_TRUE(error);
+  EXPECT_EQ(error->code(), Foundation::NSFileWriteFileExistsError);
   EXPECT_EQ(bytesOf(path("a")), "old");
   EXPECT_TRUE(isTemporaryThere());
 }

@@ -4,6 +4,8 @@
 
 #include <limits>
 
+#include "tests/fakes/OnDestruction.hpp"
+
 namespace TQStoreKitLib {
 namespace {
 
@@ -177,10 +179,14 @@ TEST(TQRequest, AnEmptyPluginIsPassedOver) {
 
 TEST(TQRequest, APluginMayEmptyTheListThatItIsIn) {
   auto request = aRequest(TQHttpMethod::get);
+  bool isGone = false;
+  bool ranInTime = false;
   request.addEncodePlugin([&request](URLRequest&) { request.encodePlugins().clear(); });
-  request.addEncodePlugin([](URLRequest& made) { made.setHTTPMethod("PUT"); });
-  EXPECT_EQ(request.urlRequest().httpMethod(), "PUT");
-  EXPECT_EQ(request.urlRequest().httpMethod(), "GET");
+  request.addEncodePlugin([&, witness = tests::onDestruction([&isGone] { isGone = true; })](
+                              URLRequest&) { ranInTime = !isGone; });
+  (void)request.urlRequest();
+  EXPECT_TRUE(ranInTime);
+  EXPECT_TRUE(isGone);
 }
 
 }  // namespace

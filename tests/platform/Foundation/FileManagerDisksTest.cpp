@@ -85,6 +85,15 @@ TEST_F(FileManagerDisks, NeverReplacesAFileInAnotherFileSystem) {
   EXPECT_EQ(bytesOf(there("b")), "old");
 }
 
+TEST_F(FileManagerDisks, CopyingOntoAFileTakesNoRoom) {
+  tests::write(here("a"), someBytes(1'000'000));
+  tests::write(there("b"), "old");
+  const auto error = FileManager::defaultManager().copyItem(URL::fileURLWithPath(here("a")),
+                                                            URL::fileURLWithPath(there("b")));
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->code(), NSFileWriteFileExistsError);
+}
+
 TEST_F(FileManagerDisks, MovingIntoAMissingFolderOfAnotherFileSystemIsAnError) {
   tests::write(here("a"), "bytes");
   const auto error = move(here("a"), there("b/c"));

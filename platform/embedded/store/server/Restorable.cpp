@@ -13,6 +13,9 @@ LedgerEntry replay(const LedgerEntry& purchase, Foundation::Date now) {
           .original = purchase.original.value_or(purchase.identifier)};
 }
 
+// It changed a subscription that was running, and bought no period of its own.
+bool isOnlyAChange(const LedgerEntry& purchase) { return purchase.original && !purchase.period; }
+
 }  // namespace
 
 LedgerEntries restorable(const Ledger& ledger, const Catalogue& catalogue,
@@ -28,6 +31,7 @@ LedgerEntries restorable(const Ledger& ledger, const Catalogue& catalogue,
     if (sold == nullptr || !theirs || purchase.cancelDate) continue;
     const bool owned = sold->type == ProductType::nonConsumable;
     const bool renewed = sold->type == ProductType::autoRenewableSubscription;
+    if (renewed && isOnlyAChange(purchase)) continue;
     if (!renewed && !(owned && replayedOnce.insert(product).second)) continue;
     entries.push_back(replay(purchase, now));
   }

@@ -8,6 +8,7 @@ namespace Foundation {
 namespace {
 
 using tests::Endings;
+using tests::load;
 using tests::requestFor;
 
 class Cancel : public testing::Test {

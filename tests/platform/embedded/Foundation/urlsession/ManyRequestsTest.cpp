@@ -25,7 +25,7 @@ TEST(ManyRequests, AThousandAtOnceHaveEachTheirOwnAnswer) {
   EXPECT_LE(server.connections(), 6);
 }
 
-TEST(ManyRequests, AThousandConnectionsAtOnceAreOpen) {
+TEST(ManyRequests, OfTwoHundredSessionsAreOpenAtOnce) {
   constexpr int kSessions = 200;  // the server has a thread for each connection
   tests::HttpServer server;
   std::vector<std::shared_ptr<URLSession>> sessions;

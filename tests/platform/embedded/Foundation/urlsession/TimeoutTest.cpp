@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <thread>
 
 #include "tests/platform/embedded/Foundation/urlsession/Loading.hpp"
@@ -8,6 +9,7 @@ namespace Foundation {
 namespace {
 
 using namespace std::chrono_literals;
+using tests::load;
 using tests::requestFor;
 
 class Timeout : public testing::Test {

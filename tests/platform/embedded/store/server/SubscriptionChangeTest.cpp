@@ -145,6 +145,19 @@ TEST_F(SubscriptionChange, OfAnInterruptedPurchaseHappensWithItsResolution) {
   EXPECT_THAT(shop.periods(), ElementsAre("monthly 0-150", "gold 150-450"));
 }
 
+TEST_F(SubscriptionChange, ThatBoughtNoPeriodIsNotRestored) {
+  shop.own("basic");
+  shop.own("monthly");
+  EXPECT_THAT(heardOfRestore(), ElementsAre("updated: monthly restored", "restore finished"));
+  EXPECT_EQ(shop.session.allTransactions().back().originalTransactionIdentifier, 1);
+}
+
+TEST_F(SubscriptionChange, ThatTookEffectIsRestored) {
+  shop.own("gold");
+  EXPECT_THAT(heardOfRestore(),
+              ElementsAre("updated: monthly restored, gold restored", "restore finished"));
+}
+
 TEST_F(SubscriptionChange, ForcedRenewalTakesEffectOnADowngrade) {
   shop.own("basic");
   EXPECT_EQ(outcome(shop.session.forceRenewalOfSubscription("monthly")), tests::kDone);
