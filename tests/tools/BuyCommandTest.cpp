@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/tools/ToolOnLedger.hpp"
 #include "tests/tools/ToolRun.hpp"
 
 namespace {
@@ -85,6 +86,24 @@ TEST_F(BuyCommand, TheLibrarysOwnLinesGoToStandardErrorBesideJson) {
             "TQStoreKit.completeTransactions() should be called once when the app launches.\n");
 }
 
+TEST_F(BuyCommand, APurchaseThatSomebodyHasToApproveEndsAsDeferred) {
+  const auto run = buy({"gems", "--quantity", "2", "--ask-to-buy"});
+
+  EXPECT_EQ(run.lines(), (Lines{R"({"event":"purchase.begin","productIdentifier":"gems"})",
+                                R"({"result":"deferred","productIdentifier":"gems","quantity":2,)"
+                                R"("identifier":"1","transactionIdentifier":null})"}));
+  EXPECT_EQ(run.exitStatus, 0);
+}
+
+TEST_F(BuyCommand, TellsAPersonWhichTransactionIsToBeApproved) {
+  const auto run = runTool({"--config", shop_.path(), "buy", "gems", "--ask-to-buy"});
+
+  EXPECT_NE(run.output.find("\nresult  deferred  1 x gems, to be approved or declined as "
+                            "transaction 1\n"),
+            std::string::npos)
+      << run.output;
+}
+
 TEST_F(BuyCommand, TellsAPersonWhatHappened) {
   const auto run = runTool({"--config", shop_.path(), "buy", "gems"});
 
@@ -93,6 +112,34 @@ TEST_F(BuyCommand, TellsAPersonWhatHappened) {
                    "result  bought  1 x gems, transaction 2000000001, finished",
                    "TQStoreKit.completeTransactions() should be called once when the app "
                    "launches."}));
+}
+
+using BuyOnALedger = tests::ToolOnLedger;
+
+TEST_F(BuyOnALedger, LeavesTheBacklogAsItIs) {
+  run({"buy", "gems", "--no-finish"});
+  const auto before = lines({"transactions"});
+
+  run({"buy", "gems"});
+
+  EXPECT_EQ(lines({"transactions"}), before);
+}
+
+TEST_F(BuyOnALedger, AnOlderDeferredPurchaseOfTheProductIsNotItsResult) {
+  run({"buy", "gems", "--ask-to-buy"});
+
+  EXPECT_EQ(run({"buy", "gems"}).json().back()["result"], "success");
+  EXPECT_EQ(run({"buy", "gems", "--ask-to-buy"}).json().back()["identifier"], "3");
+}
+
+TEST_F(BuyOnALedger, LosesNoPurchaseThatTheUserBeganInTheStore) {
+  run({"storefront-buy", "levels"});
+
+  run({"buy", "gems"});
+
+  EXPECT_THAT(
+      lines({"launch"}),
+      testing::ElementsAre(std::string(tests::TransactionLine{"1", "levels", "purchased"})));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/tools/ToolOnLedger.hpp"
 #include "tests/tools/ToolRun.hpp"
 
 namespace {
@@ -94,6 +95,14 @@ TEST_F(ProductsCommand, TheLocaleOptionReplacesTheConfigurationsForTextsAndPrice
   EXPECT_EQ(run.json().at(0)["localizedTitle"], "Karte");
   EXPECT_EQ(run.json().at(0)["priceLocale"], "de_DE@currency=EUR");
   EXPECT_EQ(run.json().at(0)["priceText"], "1.234,50\u00a0€");
+}
+
+using ProductsOnALedger = tests::ToolOnLedger;
+
+TEST_F(ProductsOnALedger, TheLocaleOptionIsForThisRunOnly) {
+  run({"--locale", "de_DE", "products"});
+
+  EXPECT_EQ(run({"products", "gems"}).json().at(0)["priceLocale"], "en_US@currency=BRL");
 }
 
 TEST_F(ProductsCommand, PeriodsAreInTheUsersLanguageWhateverThePriceLocaleIs) {

@@ -8,14 +8,9 @@ TEST(Usage, HelpNamesTheCommandsOnStandardOutput) {
   const auto run = runTool({"--help"});
 
   EXPECT_EQ(run.exitStatus, 0);
-  for (const char* word : {"products", "buy", "--config", "--json", "Exit status"}) {
+  for (const char* word : {"products", "buy", "--config", "--json", "EXIT STATUS"}) {
     EXPECT_NE(run.output.find(word), std::string::npos) << word;
   }
-}
-
-TEST(Usage, EachCommandHasHelpOfItsOwn) {
-  EXPECT_NE(runTool({"buy", "--help"}).output.find("--quantity"), std::string::npos);
-  EXPECT_NE(runTool({"products", "--help"}).output.find("ID"), std::string::npos);
 }
 
 TEST(Usage, VersionIsOneLine) {
@@ -34,6 +29,20 @@ TEST(Usage, WrongUsageExitsWithTwoAndSaysWhyOnStandardError) {
       {"--config", "x", "buy", "gems", "--quantity", "99999999999999999999"},
       {"--config", "x", "buy", "gems", "--fail", "2", "--cancel"},
       {"--config", "x", "products", "--unknown"},
+      {"--config", "x", "finish"},
+      {"--config", "x", "finish", "1", "--all"},
+      {"--config", "x", "approve"},
+      {"--config", "x", "decline", "1", "2"},
+      {"--config", "x", "refund"},
+      {"--config", "x", "resolve"},
+      {"--config", "x", "renew"},
+      {"--config", "x", "expire", "a", "b"},
+      {"--config", "x", "storefront-buy"},
+      {"--config", "x", "settings", "a", "b", "c"},
+      {"--config", "x", "settings", "timeRate", "0", "--reset"},
+      {"check"},
+      {"completion"},
+      {"completion", "tcsh"},
   };
   for (const auto& arguments : wrong) {
     const auto run = runTool(arguments);
@@ -44,11 +53,12 @@ TEST(Usage, WrongUsageExitsWithTwoAndSaysWhyOnStandardError) {
 }
 
 TEST(Usage, WithoutAConfigurationItSaysHowToNameOne) {
-  const auto run = runTool({"products"});
-
-  EXPECT_EQ(run.exitStatus, 2);
-  EXPECT_EQ(run.errors,
-            "tqstore: no configuration: name one with --config FILE or TQSTORE_CONFIG\n");
+  for (const char* command : {"products", "transactions", "settings", "events", "reset"}) {
+    const auto run = runTool({command});
+    EXPECT_EQ(run.exitStatus, 2) << command;
+    EXPECT_EQ(run.errors,
+              "tqstore: no configuration: name one with --config FILE or TQSTORE_CONFIG\n");
+  }
 }
 
 TEST(Usage, TheEnvironmentNamesTheConfiguration) {

@@ -1,12 +1,15 @@
 #include "tools/tqstore/ProductsCommand.hpp"
 
+#include <memory>
 #include <optional>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "TQStoreKitLib/TQStoreKitLib.hpp"
 #include "platform/embedded/Dispatch/MainLoop.hpp"
 #include "tools/tqstore/Json.hpp"
-#include "tools/tqstore/Table.hpp"
+#include "tools/tqstore/ProductTable.hpp"
 
 namespace tqstore {
 
@@ -15,8 +18,6 @@ namespace {
 using StoreKit::CatalogueEntry;
 using TQStoreKitLib::TQProductIdentifiers;
 using TQStoreKitLib::TQProductsResponse;
-
-constexpr int kWidthWithoutTerminal = 100;
 
 TQProductsResponse fetch(const TQProductIdentifiers& identifiers) {
   std::optional<TQProductsResponse> answer;
@@ -39,36 +40,6 @@ std::vector<CatalogueEntry> inOrder(const StoreKit::Catalogue& catalogue,
   return entries;
 }
 
-std::string offerText(const StoreKit::SKProduct& product) {
-  const auto& offer = product.introductoryPrice();
-  if (!offer) return "";
-  auto text = localizedPrice(*offer).value_or("") + " for " + localizedSubscriptionPeriod(*offer);
-  if (offer->numberOfPeriods > 1) text += " x " + std::to_string(offer->numberOfPeriods);
-  return text;
-}
-
-std::string periodText(const StoreKit::SKProduct& product) {
-  const auto& period = product.subscriptionPeriod();
-  return period ? localizedSubscriptionPeriod(*period) : "";
-}
-
-void writeTable(const std::vector<CatalogueEntry>& entries) {
-  Table table({{.title = "Product", .whole = true},
-               {.title = "Title"},
-               {.title = "Price", .align = Table::Align::right, .whole = true},
-               {.title = "Every", .whole = true},
-               {.title = "At first"},
-               {.title = "Type"},
-               {.title = "Description"}});
-  for (const auto& entry : entries) {
-    const auto& product = *entry.product;
-    table.add({printable(product.productIdentifier()), printable(product.localizedTitle()),
-               regularPrice(product).value_or("no price"), periodText(product), offerText(product),
-               std::string(toString(entry.type)), printable(product.localizedDescription())});
-  }
-  table.write(terminalWidth(kWidthWithoutTerminal));
-}
-
 void writeUnknown(const std::set<std::string>& identifiers, bool json) {
   for (const auto& identifier : identifiers) {
     if (json) {
@@ -78,8 +49,6 @@ void writeUnknown(const std::set<std::string>& identifiers, bool json) {
     }
   }
 }
-
-}  // namespace
 
 ExitStatus showProducts(const StoreKit::StoreSession& session, const GlobalOptions& options,
                         const std::vector<std::string>& identifiers) {
@@ -94,12 +63,36 @@ ExitStatus showProducts(const StoreKit::StoreSession& session, const GlobalOptio
   if (options.json) {
     for (const auto& entry : entries) writeJson(toJson(entry));
   } else if (!entries.empty()) {
-    writeTable(entries);
+    writeProducts(entries);
   } else if (identifiers.empty()) {
     complain("the configuration has no products");
   }
   writeUnknown(response.invalidIDs(), options.json);
   return response.invalidIDs().empty() ? kDone : kRefused;
+}
+
+Manual manual() {
+  return {.group = "The shop",
+          .summary = "Show what the store sells",
+          .description =
+              "Asks the store for products, as an application does, and shows them in the order of "
+              "the configuration: with the prices of the storefront, in the user's language.",
+          .refusal = "The store does not know one of the products; the others are shown.",
+          .examples =
+              " tqstore --config shop.storekit products\n"
+              " tqstore --config shop.storekit --locale de_DE products gems.100\n"
+              " tqstore --config shop.storekit --json products | jq -r .priceText\n"};
+}
+
+}  // namespace
+
+void addProducts(CommandLine& line) {
+  const auto identifiers = std::make_shared<std::vector<std::string>>();
+  auto& command =
+      line.add("products", manual(), [identifiers, &options = line.options()](auto& session) {
+        return showProducts(session, options, *identifiers);
+      });
+  command.add_option("PRODUCT", *identifiers, "Only these products");
 }
 
 }  // namespace tqstore

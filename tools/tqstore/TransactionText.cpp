@@ -1,6 +1,12 @@
 #include "tools/tqstore/TransactionText.hpp"
 
+#include <charconv>
+#include <cstdint>
+#include <system_error>
+
 #include "TQStoreKitLib/transactions/TransactionDescriptions.hpp"
+#include "platform/embedded/store/EmbeddedStore.hpp"
+#include "platform/embedded/store/LedgerTransaction.hpp"
 
 namespace tqstore {
 
@@ -19,6 +25,20 @@ Json originalJson(const StoreKit::LedgerEntry& entry, const StoreKit::Ledger& le
   if (!entry.original) return nullptr;
   const auto original = ledger.find(*entry.original);
   return original ? orNull(original->transactionIdentifier) : Json(nullptr);
+}
+
+// Only as the tool itself writes it: no sign, no zeros in front.
+std::optional<std::int64_t> wholeNumber(const std::string& text) {
+  std::int64_t number = 0;
+  const auto* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  const bool good = error == std::errc() && stop == end && std::to_string(number) == text;
+  return good ? std::optional(number) : std::nullopt;
+}
+
+// What the platform's identifiers are ahead of the ledger's numbers.
+std::int64_t firstPlatformIdentifier() {
+  return wholeNumber(StoreKit::StoreSources().transactionIdentifier(0)).value_or(0);
 }
 
 }  // namespace
@@ -43,15 +63,36 @@ Json toJson(const StoreKit::LedgerEntry& entry, const StoreKit::Ledger& ledger) 
           {"finished", entry.finished}};
 }
 
+std::string stateText(const StoreKit::LedgerEntry& entry) {
+  auto text = StoreKit::debugDescription(entry.state);
+  if (entry.asksApplication) text += ", not yet asked";
+  if (entry.hasPurchaseIssue) text += ", interrupted";
+  if (entry.finished) text += ", finished";
+  if (entry.cancelDate) text += ", refunded";
+  return text;
+}
+
 std::optional<StoreKit::LedgerEntry> findEntry(const StoreKit::Ledger& ledger,
                                                const std::string& identifier) {
+  const auto number = wholeNumber(identifier);
+  if (!number) return std::nullopt;
+  if (auto entry = ledger.find(*number)) return entry;
+  auto likely = ledger.find(*number - firstPlatformIdentifier());
+  if (likely && likely->transactionIdentifier == identifier) return likely;
   for (auto& entry : ledger.all()) {
-    if (entry.transactionIdentifier == identifier ||
-        std::to_string(entry.identifier) == identifier) {
-      return entry;
-    }
+    if (entry.transactionIdentifier == identifier) return std::move(entry);
   }
   return std::nullopt;
+}
+
+std::optional<StoreKit::LedgerEntry> entryOf(const StoreKit::SKPaymentTransactionPtr& transaction) {
+  const auto* known = dynamic_cast<const StoreKit::LedgerTransaction*>(transaction.get());
+  return known ? std::optional<StoreKit::LedgerEntry>(known->entry()) : std::nullopt;
+}
+
+std::optional<StoreKit::LedgerEntry> entryOf(
+    const TQStoreKitLib::TQPaymentTransaction& transaction) {
+  return entryOf(platformTransaction(transaction));
 }
 
 }  // namespace tqstore

@@ -1,0 +1,67 @@
+#include "tools/tqstore/Interruption.hpp"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <system_error>
+
+#include "platform/embedded/Dispatch/MainLoop.hpp"
+
+namespace tqstore {
+
+namespace {
+
+constexpr std::array<int, 2> kSignals = {SIGINT, SIGTERM};
+
+// Where the handler writes: almost nothing else is allowed in one.
+std::atomic<int> signalEnd = -1;
+static_assert(std::atomic<int>::is_always_lock_free);
+
+void noteSignal(int /*signal*/) {
+  const int saved = errno;
+  const char byte = 0;
+  if (::write(signalEnd, &byte, 1) < 0) {
+    // Full: it has been noted before.
+  }
+  errno = saved;
+}
+
+// Ends when the other end is closed.
+void stopLoopOnByte(int end) {
+  char byte = 0;
+  while (true) {
+    const auto count = ::read(end, &byte, 1);
+    if (count == 0 || (count < 0 && errno != EINTR)) return;
+    if (count > 0) Dispatch::MainLoop::stop();
+  }
+}
+
+}  // namespace
+
+Interruption::Interruption() {
+  if (::pipe(ends_.data()) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
+  for (const int end : ends_) ::fcntl(end, F_SETFD, FD_CLOEXEC);
+  ::fcntl(ends_[1], F_SETFL, O_NONBLOCK);
+  signalEnd = ends_[1];
+  thread_ = std::thread(stopLoopOnByte, ends_[0]);
+  struct sigaction action{};
+  action.sa_handler = noteSignal;
+  action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
+  for (std::size_t i = 0; i < kSignals.size(); ++i) {
+    ::sigaction(kSignals[i], &action, &before_[i]);
+  }
+}
+
+Interruption::~Interruption() {
+  for (std::size_t i = 0; i < kSignals.size(); ++i) {
+    ::sigaction(kSignals[i], &before_[i], nullptr);
+  }
+  ::close(ends_[1]);
+  thread_.join();
+  ::close(ends_[0]);
+}
+
+}  // namespace tqstore

@@ -1,0 +1,77 @@
+#include "tools/tqstore/commandline/CommandLine.hpp"
+
+#include <utility>
+
+#include "platform/Foundation/Print.hpp"
+#include "tools/tqstore/StoreOpening.hpp"
+#include "tools/tqstore/commandline/HelpFormatter.hpp"
+
+namespace tqstore {
+
+CommandLine::CommandLine(Manual manual)
+    : manual_(std::move(manual)), app_(manual_.summary, "tqstore") {
+  addOptions();
+  app_.require_subcommand(1);
+  app_.fallthrough();
+  app_.formatter(std::make_shared<HelpFormatter>(*this));
+}
+
+void CommandLine::addOptions() {
+  app_.add_option("--config", options_.config, "The .storekit configuration that the store opens")
+      ->envname("TQSTORE_CONFIG")
+      ->type_name("FILE");
+  app_.add_option("--ledger", options_.ledger,
+                  "Where the transactions are kept, or :memory:; without it each configuration has "
+                  "a file of its own in your state folder")
+      ->envname("TQSTORE_LEDGER")
+      ->type_name("FILE");
+  app_.add_option("--locale", options_.locale,
+                  "Language and region of products and prices, instead of the configuration's")
+      ->type_name("LOCALE");
+  app_.add_flag("--json", options_.json, "One JSON object a line on standard output, nothing else");
+  app_.set_help_flag("-h,--help", "Show this and end");
+  app_.set_version_flag("--version", "tqstore " TQSTORE_VERSION, "Show the version and end");
+}
+
+CLI::App& CommandLine::add(const std::string& name, Command command) {
+  command.app = app_.add_subcommand(name, command.manual.summary);
+  commands_.push_back(std::move(command));
+  return *commands_.back().app;
+}
+
+CLI::App& CommandLine::add(const std::string& name, Manual manual, RunOnStore run) {
+  auto runOpened = [this, run = std::move(run)] {
+    const auto session = openStore(options_);
+    return session ? run(*session) : kUsage;
+  };
+  return add(name, {.manual = std::move(manual), .opensLedger = true, .run = std::move(runOpened)});
+}
+
+CLI::App& CommandLine::addOnLedger(const std::string& name, Manual manual, RunOnLedger run) {
+  auto runOpened = [this, run = std::move(run)] {
+    const auto ledger = openLedger(options_);
+    return ledger ? run(*ledger) : kUsage;
+  };
+  return add(name, {.manual = std::move(manual), .opensLedger = true, .run = std::move(runOpened)});
+}
+
+CLI::App& CommandLine::addWithoutStore(const std::string& name, Manual manual, Run run) {
+  return add(name, {.manual = std::move(manual), .run = std::move(run)});
+}
+
+ExitStatus CommandLine::run(int argc, const char* const* argv) {
+  try {
+    app_.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app_.exit(error) == 0 ? kDone : kUsage;
+  }
+  if (options_.json) {
+    Foundation::setPrintHandler([](std::string_view message) { Foundation::warn(message); });
+  }
+  for (const auto& command : commands_) {
+    if (command.app->parsed()) return command.run();
+  }
+  return kUsage;
+}
+
+}  // namespace tqstore
