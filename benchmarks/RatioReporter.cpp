@@ -12,7 +12,7 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
   for (const auto& run : runs) {
     if (run.error_occurred) std::printf("error: %s\n", run.error_message.c_str());
     if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
-    const bool isReal = !run.run_name.time_type.empty();
+    const bool isReal = run.run_name.time_type.find("real_time") != std::string::npos;
     rows_[{run.family_index, run.per_family_instance_index}] = {
         run.run_name.str(), isReal ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime()};
   }

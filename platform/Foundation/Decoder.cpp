@@ -63,12 +63,7 @@ JSONKind Decoder::kind() {
   return kind.value_or(JSONKind::null);
 }
 
-bool Decoder::takeNull() {
-  if (hasFailed()) return false;
-  if (reader_.readNull()) return true;
-  check(reader_.problem().empty(), "");
-  return false;
-}
+bool Decoder::takeNull() { return !hasFailed() && reader_.readNull(); }
 
 void Decoder::boolean(bool& value) {
   if (!hasFailed()) expect(reader_.readBoolean(value), "a boolean");

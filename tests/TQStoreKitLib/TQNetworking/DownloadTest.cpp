@@ -289,6 +289,7 @@ TEST_F(Download, MovesTheFileBeforeTheMainQueueRuns) {
   ASSERT_TRUE(isOver());
   EXPECT_EQ(bytesOf(path("a")), kText);
   EXPECT_TRUE(outcomes_.empty());
+  EXPECT_FALSE(end().error);
 }
 
 TEST_F(Download, NeedsNoCompletion) {

@@ -199,5 +199,39 @@ TEST(JSONDecoder, ReadsNothingAfterAFailure) {
   EXPECT_EQ(decoder.failure(), "[0]: expected an integer, found a boolean");
 }
 
+TEST(JSONDecoder, LeavesTheValueThatItFailedAtToNobody) {
+  std::int64_t number = 1;
+  std::string text = "as before";
+  JSONReader reader("\"text\"");
+  Decoder decoder(reader);
+  decoder.integer(number);
+  decoder.text(text);
+  EXPECT_EQ(text, "as before");
+}
+
+TEST(JSONDecoder, LeavesTheNumberThatItFailedAtToNobody) {
+  std::string text;
+  std::int64_t number = 1;
+  std::uint64_t unsignedNumber = 1;
+  double floating = 1;
+  JSONReader reader("7");
+  Decoder decoder(reader);
+  decoder.text(text);
+  decoder.integer(number);
+  decoder.unsignedInteger(unsignedNumber);
+  decoder.floating(floating, 100);
+  EXPECT_EQ(number, 1);
+  EXPECT_EQ(unsignedNumber, 1U);
+  EXPECT_EQ(floating, 1);
+}
+
+TEST(JSONDecoder, TakesNoNullAfterAFailure) {
+  std::string text;
+  JSONReader reader("null");
+  Decoder decoder(reader);
+  decoder.text(text);
+  EXPECT_FALSE(decoder.takeNull());
+}
+
 }  // namespace
 }  // namespace Foundation

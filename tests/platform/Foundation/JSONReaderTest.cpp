@@ -153,6 +153,27 @@ TEST(JSONReader, ReadsNothingAfterAProblem) {
   EXPECT_FALSE(reader.isAtEnd());
 }
 
+TEST(JSONReader, ReadsNothingBehindTheEndEither) {
+  JSONReader reader("1,2");
+  JSONNumber number;
+  ASSERT_TRUE(reader.readNumber(number));
+  ASSERT_FALSE(reader.isAtEnd());
+  EXPECT_FALSE(reader.readNumber(number));
+}
+
+TEST(JSONReader, ReadsAValueOnce) {
+  JSONReader reader("1");
+  JSONNumber number;
+  ASSERT_TRUE(reader.readNumber(number));
+  EXPECT_FALSE(reader.readNumber(number));
+}
+
+TEST(JSONReader, SaysThatThereIsAProblemWhereNoValueBegins) {
+  JSONReader reader("x");
+  EXPECT_EQ(reader.kind(), std::nullopt);
+  EXPECT_NE(reader.problem(), "");
+}
+
 std::string nested(std::size_t depth, const std::string& open, const std::string& close) {
   std::string text;
   for (std::size_t i = 0; i < depth; ++i) text += open;

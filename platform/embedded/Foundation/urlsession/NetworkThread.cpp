@@ -39,14 +39,21 @@ NetworkThread::NetworkThread() {
 }
 
 void NetworkThread::post(Command command) {
-  const std::lock_guard lock(mutex_);
-  if (commands_.empty()) {
-    const char byte = 0;
-    (void)!::write(wake_[1], &byte, 1);
+  bool isFirst = false;
+  {
+    const std::lock_guard lock(mutex_);
+    isFirst = commands_.empty();
+    commands_.push_back(std::move(command));
+    if (!thread_.joinable() && !stopping_) {
+      thread_ = Dispatch::startSystemThread("TQ network", [this] { run(); });
+    }
   }
-  commands_.push_back(std::move(command));
-  if (!thread_.joinable() && !stopping_)
-    thread_ = Dispatch::startSystemThread("TQ network", [this] { run(); });
+  if (isFirst) wake();
+}
+
+void NetworkThread::wake() {
+  const char byte = 0;
+  (void)!::write(wake_[1], &byte, 1);  // full: it wakes anyway
 }
 
 void NetworkThread::stop() {
@@ -54,10 +61,9 @@ void NetworkThread::stop() {
   {
     const std::lock_guard lock(mutex_);
     stopping_ = true;
-    const char byte = 0;
-    (void)!::write(wake_[1], &byte, 1);
     thread = std::move(thread_);
   }
+  wake();
   if (thread.joinable()) thread.join();
 }
 
@@ -104,8 +110,8 @@ void NetworkThread::wait() {
     }
   }
   for (std::size_t i = 1; i < polled_.size(); ++i) {
-    if (polled_[i].revents != 0)
-      ready_.push_back({polled_[i].fd, polled_[i].revents, watchers_[i]});
+    if (polled_[i].revents == 0) continue;
+    ready_.push_back({polled_[i].fd, polled_[i].revents, watchers_[i]});
   }
 }
 

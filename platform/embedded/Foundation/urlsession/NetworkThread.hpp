@@ -52,6 +52,7 @@ class NetworkThread {
   };
 
   NetworkThread();
+  void wake();
   void stop();
   void run();
   bool runCommands();

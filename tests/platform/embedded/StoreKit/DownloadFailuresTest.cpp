@@ -17,6 +17,8 @@ using testing::IsEmpty;
 using tests::turn;
 using tests::turnUntilIdle;
 
+constexpr uid_t kNobody = 65534;
+
 class DownloadFailures : public testing::Test {
  protected:
   tests::DownloadShop shop;
@@ -178,9 +180,15 @@ TEST_F(DownloadFailures, FileThatIsCutShortWhileItIsCopied) {
 }
 
 TEST_F(DownloadFailures, UnreadableFile) {
-  if (::geteuid() == 0) GTEST_SKIP() << "nothing is unreadable for root";
+  const auto user = ::geteuid();
   fs::permissions(shop.hosted("crown") + "/b", fs::perms::none);
+  fs::create_directories(shop.caches());
+  for (const auto& path : {shop.folder.path(), shop.caches()}) {
+    fs::permissions(path, fs::perms::all);
+  }
+  if (user == 0) ASSERT_EQ(::seteuid(kNobody), 0);  // nothing is unreadable for root
   start();
+  ASSERT_EQ(::seteuid(user), 0);
   expectFailure(Foundation::NSFileReadNoPermissionError, "/b” can’t be read: Permission denied");
   EXPECT_TRUE(leftNothing());
 }

@@ -315,6 +315,10 @@ TEST_P(DownloadStates, Cancel) {
   EXPECT_EQ(after(&SKPaymentQueue::cancelDownloads), GetParam().cancelled);
 }
 
+void PrintTo(const StateCase& tested, std::ostream* stream) {
+  *stream << "state " << static_cast<int>(tested.state);
+}
+
 std::string nameOfState(const testing::TestParamInfo<StateCase>& tested) {
   static constexpr const char* kNames[] = {"Waiting",  "Active", "Paused",
                                            "Finished", "Failed", "Cancelled"};
