@@ -137,9 +137,8 @@ TEST_F(BuyOnALedger, LosesNoPurchaseThatTheUserBeganInTheStore) {
 
   run({"buy", "gems"});
 
-  EXPECT_THAT(
-      lines({"launch"}),
-      testing::ElementsAre(std::string(tests::TransactionLine{"1", "levels", "purchased"})));
+  EXPECT_THAT(lines({"launch"}), testing::ElementsAre(std::string(tests::TransactionLine{
+                                     "1", "levels", "purchased", false, "", true})));
 }
 
 }  // namespace

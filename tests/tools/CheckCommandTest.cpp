@@ -44,7 +44,7 @@ TEST(CheckCommand, EveryProblemHasItsPlaceAndEndsWithOne) {
   EXPECT_EQ(problems[0]["severity"], "warning");
   EXPECT_EQ(problems[0]["place"], "/products/0/displayPrice");
   EXPECT_NE(problems[0]["message"], "");
-  EXPECT_EQ(problems[1]["place"], "/products/1/productID");
+  EXPECT_EQ(problems[1]["place"], "/products/1");
   EXPECT_EQ(run.json().at(0)["products"].size(), 1U);
 }
 

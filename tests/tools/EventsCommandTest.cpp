@@ -27,7 +27,8 @@ TEST_F(EventsCommand, ShowsWhatOtherProgramsDo) {
   EXPECT_EQ(tests::withoutDates(events.line()), kGems);
 
   run({"storefront-buy", "levels"});
-  EXPECT_EQ(events.line(), std::string(TransactionLine{"2", "levels", "purchasing"}));
+  EXPECT_EQ(events.line(),
+            std::string(TransactionLine{"2", "levels", "purchasing", false, "", true}));
   run({"finish", "1"});
   EXPECT_EQ(tests::withoutDates(events.line()),
             std::string(TransactionLine{"1", "gems", "purchased", true}));

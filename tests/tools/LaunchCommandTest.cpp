@@ -20,6 +20,7 @@ class LaunchCommand : public tests::ToolOnLedger {
 };
 
 const std::string kGems = TransactionLine{"1", "gems", "purchased"};
+const std::string kGemsFromStore = TransactionLine{"1", "gems", "purchased", false, "", true};
 
 TEST_F(LaunchCommand, DeliversWhatWasBoughtBeforeThePlugWasPulled) {
   run({"buy", "gems", "--no-finish"});
@@ -59,7 +60,7 @@ TEST_F(LaunchCommand, AcceptsAPurchaseThatTheUserBeganInTheStore) {
 
   EXPECT_THAT(lines({"launch"}),
               ElementsAre(R"({"event":"storePurchase","productIdentifier":"gems","accepted":true})",
-                          kGems));
+                          kGemsFromStore));
 }
 
 TEST_F(LaunchCommand, RefusesAPurchaseThatTheUserBeganInTheStoreWhenTold) {
@@ -75,7 +76,7 @@ TEST_F(LaunchCommand, WaitsForAStoreThatTakesItsTime) {
   run({"settings", "answerDelay", "0.2"});
   run({"storefront-buy", "gems"});
 
-  EXPECT_THAT(lines({"launch"}), ElementsAre(testing::HasSubstr("storePurchase"), kGems));
+  EXPECT_THAT(lines({"launch"}), ElementsAre(testing::HasSubstr("storePurchase"), kGemsFromStore));
 }
 
 TEST_F(LaunchCommand, WatchShowsWhatOtherProgramsBuyUntilItIsInterrupted) {

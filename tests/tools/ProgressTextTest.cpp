@@ -12,7 +12,7 @@ TEST(ProgressText, ShowsPartBytesSpeedAndTimeLeft) {
       .title = "maps.zip", .done = 25'000'000, .total = 100'000'000, .speed = 5'000'000};
 
   EXPECT_EQ(progressText(progress, 79),
-            "maps.zip   25%  [==>        ]  25.0 MB of 100.0 MB  5.0 MB/s  0:15 left");
+            "maps.zip   25%  [====>              ]  25.0 MB of 100.0 MB  5.0 MB/s  0:15 left");
 }
 
 TEST(ProgressText, ShowsBytesSoFarWhenNobodyKnowsHowManyWillCome) {
@@ -28,9 +28,9 @@ TEST(ProgressText, SaysNothingOfASpeedThatIsNotKnown) {
 }
 
 TEST(ProgressText, IsFullAtTheEnd) {
-  const auto text = progressText({.title = "a", .done = 10, .total = 10, .speed = 1}, 79);
+  const auto text = progressText({.title = "a", .done = 10, .total = 10, .speed = 1}, 120);
 
-  EXPECT_NE(text.find("100%  [========================================]"), std::string::npos);
+  EXPECT_NE(text.find("100%  [======================================]"), std::string::npos);
   EXPECT_NE(text.find("0:00 left"), std::string::npos);
 }
 

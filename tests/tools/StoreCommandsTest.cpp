@@ -16,7 +16,7 @@ std::string renewed(const char* identifier) {
 }
 
 TEST_F(StoreCommands, AStorefrontPurchaseWaitsForTheApplication) {
-  const std::string asked = TransactionLine{"1", "gems", "purchasing"};
+  const std::string asked = TransactionLine{"1", "gems", "purchasing", false, "", true};
 
   EXPECT_THAT(lines({"storefront-buy", "gems"}), ElementsAre(asked));
 
@@ -35,7 +35,7 @@ TEST_F(StoreCommands, AnApplicationThatRunsIsAskedAboutAStorefrontPurchase) {
   EXPECT_EQ(application.line(),
             R"({"event":"storePurchase","productIdentifier":"gems","accepted":true})");
   EXPECT_EQ(tests::withoutDates(application.line()),
-            std::string(TransactionLine{"2", "gems", "purchased"}));
+            std::string(TransactionLine{"2", "gems", "purchased", false, "", true}));
 }
 
 TEST_F(StoreCommands, WhatIsNotSoldCannotBeBoughtInTheStore) {

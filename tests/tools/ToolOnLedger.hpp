@@ -66,13 +66,14 @@ class ToolOnLedger : public testing::Test {
   TemporaryFile shop_{shopConfiguration()};
 };
 
-/// A transaction with --json, of one item bought without a user name and without an error.
+/// A transaction with --json, of one item, without a user name and without an error.
 struct TransactionLine {
   std::string identifier{};
   std::string product{};
   std::string state{};
   bool finished = false;
   std::string original{};
+  bool begunInStore = false;  ///< no application has said for which user
 
   operator std::string() const {  // NOLINT(google-explicit-constructor): reads like the text
     const bool dated = state == "purchased" || state == "restored";
@@ -81,9 +82,9 @@ struct TransactionLine {
            (dated ? "\"" + std::to_string(2'000'000'000 + number) + "\"" : "null") +
            R"(,"productIdentifier":")" + product + R"(","quantity":1,"state":")" + state +
            R"(","date":)" + (dated ? "DATE" : "null") + R"(,"originalTransactionIdentifier":)" +
-           (original.empty() ? "null" : "\"" + original + "\"") +
-           R"(,"applicationUsername":"","error":null,"finished":)" + (finished ? "true" : "false") +
-           "}";
+           (original.empty() ? "null" : "\"" + original + "\"") + R"(,"applicationUsername":)" +
+           (begunInStore ? "null" : R"("")") + R"(,"error":null,"finished":)" +
+           (finished ? "true" : "false") + "}";
   }
 };
 

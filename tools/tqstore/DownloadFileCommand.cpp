@@ -44,10 +44,10 @@ struct Place {
 };
 
 Place placeFor(const std::string& destination) {
-  const fs::path path = destination.empty() ? "." : destination;
+  const auto path = (fs::current_path() / destination).lexically_normal();
   std::error_code none;
   if (path.filename().empty() || fs::is_directory(path, none)) return {path, ""};
-  return {path.has_parent_path() ? path.parent_path() : ".", path.filename()};
+  return {path.parent_path(), path.filename()};
 }
 
 TQNetworking::DestinationChoice choice(const Place& place, bool replace) {
@@ -93,11 +93,10 @@ std::int64_t statusOf(const Foundation::URLResponsePtr& response) {
   return http ? http->statusCode() : 0;
 }
 
-void tell(const Outcome& outcome, bool json) {
-  const auto path = outcome.file->path();
+void tell(const std::string& path, const Foundation::URLResponsePtr& response, bool json) {
   std::error_code none;
   const auto size = static_cast<std::int64_t>(fs::file_size(path, none));
-  const auto status = statusOf(outcome.response);
+  const auto status = statusOf(response);
   if (json) return writeJson({{"file", path}, {"bytes", size}, {"status", status}});
   constexpr std::int64_t kFirstFailure = 400;
   if (status >= kFirstFailure)
@@ -114,13 +113,13 @@ ExitStatus downloadFile(const Arguments& arguments, const GlobalOptions& options
   ProgressBar bar(printable(place.name.empty() ? url->lastPathComponent() : place.name));
   const auto outcome = run(*url, place, arguments.replace, bar);
   bar.hide();
-  if (!outcome.file) {
-    complain(outcome.error ? printable(outcome.error->localizedDescription()) : "nothing came");
-    return kRefused;
+  if (const auto& file = outcome.file) {
+    givePermissions(file->path());
+    tell(file->path(), outcome.response, options.json);
+    return kDone;
   }
-  givePermissions(outcome.file->path());
-  tell(outcome, options.json);
-  return kDone;
+  complain(outcome.error ? printable(outcome.error->localizedDescription()) : "nothing came");
+  return kRefused;
 }
 
 }  // namespace

@@ -14,7 +14,8 @@ namespace {
 std::optional<Date> wholeDate(NSDateFormatter* formatter, NSString* text) {
   id date = nil;
   auto range = NSMakeRange(0, [text length]);
-  if (![formatter getObjectValue:&date forString:text range:&range error:NULL]) return std::nullopt;
+  if (![formatter getObjectValue:&date forString:text range:&range error:nullptr])
+    return std::nullopt;
   if (range.location != 0 || range.length != [text length]) return std::nullopt;
   return dateFrom(as<NSDate>(date));
 }

@@ -42,7 +42,7 @@ Outcome change(const URL& url, Work work) {
 
 // What stands at an address, symbolic links included; nil for nothing.
 NSDictionary* attributesOf(const URL& url) {
-  return [[NSFileManager defaultManager] attributesOfItemAtPath:nativePath(url) error:NULL];
+  return [[NSFileManager defaultManager] attributesOfItemAtPath:nativePath(url) error:nullptr];
 }
 
 bool isThere(const URL& url) {

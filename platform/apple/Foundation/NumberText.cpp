@@ -40,8 +40,9 @@ std::string written(double number, Notation notation, int decimals) {
   return out.str();
 }
 
-// Without the zeros at the end of its digits, of which one stands before the point.
+// Without the zeros at the end of its decimals, if it has any.
 std::string trimmed(std::string scientific) {
+  if (scientific.find('.') == std::string::npos) return scientific;
   const auto end = scientific.find('e');
   const auto lastDigit = scientific.find_last_not_of('0', end - 1);
   const auto keep = scientific[lastDigit] == '.' ? lastDigit : lastDigit + 1;

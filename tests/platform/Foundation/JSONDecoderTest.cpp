@@ -214,12 +214,15 @@ TEST(JSONDecoder, LeavesTheNumberThatItFailedAtToNobody) {
   std::int64_t number = 1;
   std::uint64_t unsignedNumber = 1;
   double floating = 1;
+  JSONNumber any = std::int64_t{1};
   JSONReader reader("7");
   Decoder decoder(reader);
   decoder.text(text);
   decoder.integer(number);
   decoder.unsignedInteger(unsignedNumber);
+  decoder.number(any);
   decoder.floating(floating, 100);
+  EXPECT_EQ(any, JSONNumber(std::int64_t{1}));
   EXPECT_EQ(number, 1);
   EXPECT_EQ(unsignedNumber, 1U);
   EXPECT_EQ(floating, 1);

@@ -26,11 +26,12 @@ std::string meaning(const CLI::Option& option) {
 
 std::vector<const CLI::Option*> optionsOf(const CLI::App& app) {
   auto options = app.get_options([](const CLI::Option*) { return true; });
-  for (const auto* group : app.get_subcommands([](const CLI::App* inner) {
-         return inner->get_name().empty();  // an option group is a command without a name
-       })) {
-    const auto more = optionsOf(*group);
-    options.insert(options.end(), more.begin(), more.end());
+  // An option group is a command without a name, and inherits --help.
+  const auto isGroup = [](const CLI::App* inner) { return inner->get_name().empty(); };
+  for (const auto* group : app.get_subcommands(isGroup)) {
+    for (const auto* option : optionsOf(*group)) {
+      if (option != group->get_help_ptr()) options.push_back(option);
+    }
   }
   return options;
 }

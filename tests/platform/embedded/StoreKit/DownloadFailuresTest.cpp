@@ -186,7 +186,8 @@ TEST_F(DownloadFailures, UnreadableFile) {
   for (const auto& path : {shop.folder.path(), shop.caches()}) {
     fs::permissions(path, fs::perms::all);
   }
-  if (user == 0) ASSERT_EQ(::seteuid(kNobody), 0);  // nothing is unreadable for root
+  // Nothing is unreadable for root.
+  ASSERT_EQ(::seteuid(user == 0 ? kNobody : user), 0);
   start();
   ASSERT_EQ(::seteuid(user), 0);
   expectFailure(Foundation::NSFileReadNoPermissionError, "/b” can’t be read: Permission denied");
