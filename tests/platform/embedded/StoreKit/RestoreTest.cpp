@@ -68,8 +68,18 @@ TEST_F(Restore, ReplaysANonConsumableOnceAlthoughItWasBoughtTwice) {
 
 TEST_F(Restore, ReplaysEveryPeriodOfASubscription) {
   shop.own("club");
-  shop.own("club");
+  ASSERT_FALSE(shop.session.forceRenewalOfSubscription("club"));
+  (void)turnUntilIdle();
+  shop.queue().finishTransaction(shop.queue().transactions().at(0));
+  (void)turnUntilIdle();
+
   EXPECT_THAT(heardOf(), ElementsAre("updated: club restored, club restored", "restore finished"));
+}
+
+TEST_F(Restore, LeavesOutABuyingAgainThatBeganNoPeriod) {
+  shop.own("club");
+  shop.own("club");
+  EXPECT_THAT(heardOf(), ElementsAre("updated: club restored", "restore finished"));
 }
 
 TEST_F(Restore, LeavesOutWhatIsNotFinished) {
