@@ -47,6 +47,13 @@ TEST_F(LaunchCommand, TellsAPersonWhatIsStillToBeFinished) {
             "delivered  purchased  1 x gems, transaction 2000000001, finished\n");
 }
 
+TEST_F(LaunchCommand, TellsAPersonWhatWaitsForAnApproval) {
+  run({"buy", "gems", "--ask-to-buy"});
+
+  EXPECT_EQ(runForPerson({"launch"}).output,
+            "delivered  deferred  1 x gems, transaction #1, to be approved or declined\n");
+}
+
 TEST_F(LaunchCommand, LeavesWhatWaitsForAnApprovalUnfinished) {
   run({"buy", "gems", "--ask-to-buy"});
   const auto deferred = std::string(TransactionLine{"1", "gems", "deferred"});

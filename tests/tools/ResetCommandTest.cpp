@@ -48,7 +48,7 @@ TEST_F(ResetCommand, RemovesTransactionsAndSettings) {
 }
 
 TEST_F(ResetCommand, TellsAPersonWhatWasRemoved) {
-  EXPECT_EQ(runForPerson({"reset"}).output, "2 transactions and 1 settings removed\n");
+  EXPECT_EQ(runForPerson({"reset"}).output, "2 transactions and 1 setting removed\n");
 }
 
 TEST_F(ResetCommand, NeverGivesANumberTwice) {

@@ -19,10 +19,6 @@ const char* severityName(ConfigurationProblem::Severity severity) {
   return severity == ConfigurationProblem::Severity::warning ? "warning" : "error";
 }
 
-std::string counted(std::size_t count, const std::string& what) {
-  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
 // Every catalogue is looked at alone: none is ever compared with another.
 constexpr std::uint64_t kOrigin = 0;
 

@@ -53,6 +53,10 @@ int terminalWidth(int fallback) {
   return size.ws_col > 0 ? size.ws_col : fallback;
 }
 
+std::string counted(std::size_t count, const std::string& what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 std::string printable(std::string_view text) {
   std::string result;
   for (const char c : text) {

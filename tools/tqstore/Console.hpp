@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -32,6 +33,9 @@ enum class Style { bold, green, red, dim };
 
 /// Columns that standard output shows: the terminal's, else `fallback`.
 [[nodiscard]] int terminalWidth(int fallback);
+
+/// "1 product", "2 products".
+[[nodiscard]] std::string counted(std::size_t count, const std::string& what);
 
 /// `text` with control characters made visible, so that a product's name cannot drive the terminal.
 [[nodiscard]] std::string printable(std::string_view text);

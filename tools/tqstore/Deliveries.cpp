@@ -17,11 +17,17 @@ bool isToBeFinished(const TQPurchase& purchase) {
          purchase.transaction->transactionState() != StoreKit::SKPaymentTransactionState::deferred;
 }
 
+const char* outlook(const StoreKit::LedgerEntry& entry, bool finished) {
+  if (finished) return ", finished";
+  const bool waits = entry.state == StoreKit::SKPaymentTransactionState::deferred;
+  return waits ? ", to be approved or declined" : ", still to be finished";
+}
+
 void show(const TQPurchase& purchase, const StoreKit::LedgerEntry& entry, bool finished) {
   const auto known = entry.transactionIdentifier.value_or("#" + std::to_string(entry.identifier));
   writeLine(styled("delivered  ", Style::dim) + stateText(entry) + "  " +
             std::to_string(purchase.quantity) + " x " + printable(purchase.productId) +
-            ", transaction " + known + (finished ? ", finished" : ", still to be finished"));
+            ", transaction " + known + outlook(entry, finished));
 }
 
 }  // namespace

@@ -24,8 +24,8 @@ Contents contents(const StoreKit::StoreSession& session) {
 }
 
 std::string text(const Contents& contents) {
-  return std::to_string(contents.transactions) + " transactions and " +
-         std::to_string(contents.settings) + " settings";
+  return counted(contents.transactions, "transaction") + " and " +
+         counted(contents.settings, "setting");
 }
 
 // Where nobody sits at a terminal, nobody is asked.

@@ -4,6 +4,25 @@
 #include <optional>
 #include <string>
 
+/// How the embedded platform loads addresses, besides what URLSession.hpp promises.
+///
+/// - HTTP/2 where the server speaks it over TLS, else HTTP/1.1. Bodies come decompressed.
+/// - A session has at most six connections to a host at a time; further tasks wait for one. The time
+///   they wait counts for the request's time-out, which is a minute when it is no length of time.
+/// - At most twenty redirects are followed. Authorization and Cookie fields of a request are not
+///   told to another scheme, host or port.
+/// - Cookies are kept in memory, as long as their session. Answers are not: whatever the cache
+///   policy, each request asks the server.
+/// - Servers are trusted by the system's roots, or those in the file that CURL_CA_BUNDLE or
+///   SSL_CERT_FILE names and the folder that SSL_CERT_DIR names. Proxies are those of http_proxy,
+///   https_proxy, all_proxy and no_proxy. The environment is read when a session first needs it.
+/// - Content-Length, Transfer-Encoding and Connection fields of a request are not sent: the session
+///   frames its messages itself. Nothing is added but Host, Accept, Accept-Encoding and User-Agent.
+/// - After a time-out or a cancel a connection of HTTP/1.1 is closed; of HTTP/2, whose answers cannot
+///   be mistaken for each other, the stream is.
+/// - All networking is on one thread of the process, all completions are on a few more. When the
+///   process exits, what is under way is dropped, and no further completion begins.
+
 namespace Foundation {
 
 /// The folder for the temporary files of downloads. Absent, as at the start: the one that the

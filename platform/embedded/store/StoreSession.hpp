@@ -159,7 +159,8 @@ class StoreSession {
     return set("downloadSpeed", std::to_string(bytesPerSecond));
   }
 
-  /// In this program, downloads arrive in `folder`, in place of tqstore in the user's caches.
+  /// In this program, and until another store is opened, downloads arrive in `folder`, in place of
+  /// tqstore in the user's caches.
   void setDownloadsFolder(const std::string& folder);
 
   // --- errors, in this program --------------------------------------------------------------

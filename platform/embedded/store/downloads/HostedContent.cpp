@@ -42,13 +42,16 @@ bool isVersion(std::string_view text) {
   return before != '.';
 }
 
-// Without a slash at its end.
+// In its shortest form, unless that is another folder: behind a symbolic link, ".." is not the way
+// back.
 std::string wholePath(const std::string& folder) {
   if (folder.empty()) return folder;
   std::error_code error;
-  auto path = fs::absolute(folder, error).lexically_normal();
+  const auto whole = fs::absolute(folder, error);
+  auto path = whole.lexically_normal();
   if (!path.has_filename() && path.has_relative_path()) path = path.parent_path();
-  return path.string();
+  const bool isAnother = fs::exists(whole, error) && !fs::equivalent(whole, path, error);
+  return (isAnother ? whole : path).string();
 }
 
 void keep(HostedContents& contents, std::string_view name, const HostedContent& content) {
@@ -96,6 +99,7 @@ std::optional<std::string> hostedContentObjection(const HostedContents& contents
                                                   std::string_view name,
                                                   const Catalogue& catalogue) {
   const auto product = productOf(name);
+  if (!contents.contains(product)) return std::nullopt;  // nothing is hosted for it any more
   if (catalogue.find(product) == nullptr) {
     return std::string(name) + " cannot be: nothing is sold as " + product;
   }

@@ -118,7 +118,7 @@ HostedDownload::Failure HostedDownload::copyPiece() {
 }
 
 HostedDownload::Failure HostedDownload::copyUntil(std::int64_t end) {
-  end = std::min(end, orderedFailure_ ? failsAt() : length_);
+  end = std::max(copied_, std::min(end, orderedFailure_ ? failsAt() : length_));
   for (;;) {
     if (auto failure = copy_->copy(std::min(kPiece, end - copied_))) return failure;
     copied_ = copy_->copied();

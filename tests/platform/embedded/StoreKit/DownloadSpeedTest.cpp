@@ -62,6 +62,15 @@ TEST_F(DownloadSpeed, AClockThatGoesBackTakesNothingAway) {
   EXPECT_EQ(tests::describe({crown}), "crown active 60%");
 }
 
+TEST_F(DownloadSpeed, AClockThatGoesBackBeforeTheNextPieceTakesNothingAway) {
+  shop.moveClock(5);
+  *shop.clock.moment += 1;
+  shop.shop.session.clockDidChange();
+  *shop.clock.moment -= 5;
+  (void)turnUntilIdle();
+  EXPECT_EQ(tests::describe({crown}), "crown active 50%");
+}
+
 TEST_F(DownloadSpeed, TimeRemainingIsThatOfTheBytesToCome) {
   shop.moveClock(4);
   EXPECT_DOUBLE_EQ(secondsLeft(), 6);

@@ -104,6 +104,26 @@ TEST_F(HostedContentTest, RelativeFolderIsTakenFromTheCurrentOne) {
             folder.file("crown"));
 }
 
+TEST_F(HostedContentTest, FolderBehindALinkIsTheOneThatTheSystemFinds) {
+  std::filesystem::create_directories(folder.file("far/away"));
+  tests::writeAll(folder.file("far/song"), {{"a", "1"}});
+  tests::writeAll(folder.file("song"), {{"b", "22"}});
+  std::filesystem::create_directory_symlink(folder.file("far/away"), folder.file("link"));
+  ASSERT_FALSE(shop.session.setHostedContent("crown", folder.file("link/../song")));
+  EXPECT_THAT(product("crown").downloadContentLengths(), ElementsAre(1));
+}
+
+TEST_F(HostedContentTest, OfAProductThatIsNotSoldAnyMoreCanBeTakenBack) {
+  ASSERT_FALSE(shop.session.setHostedContent("crown", folder.file("crown"), "2"));
+  const auto settings = EmbeddedStore::current().ledger().settings();
+  auto ledger = std::make_unique<MemoryLedger>();
+  for (const auto& [name, value] : settings) ASSERT_FALSE(ledger->set(name, value));
+  StoreSession session(StoreConfiguration(), {}, std::move(ledger));
+  EXPECT_FALSE(session.set("hostedContent.crown", ""));
+  EXPECT_FALSE(session.set("hostedContentVersion.crown", ""));
+  EXPECT_THAT(session.settings().hostedContent, IsEmpty());
+}
+
 TEST_F(HostedContentTest, FolderThatIsMissingIsRefused) {
   expectRefusal(shop.session.setHostedContent("crown", folder.file("none")),
                 "hostedContent.crown is a folder, not \"" + folder.file("none") + "\"");
