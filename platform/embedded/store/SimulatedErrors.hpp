@@ -30,7 +30,8 @@ class SimulatedErrors {
     if (orders_.empty()) return std::nullopt;
     auto& order = orders_.front();
     std::optional<Foundation::NSError> error = order.error;
-    if (order.left != kAlways && --order.left == 0) orders_.pop_front();
+    if (order.left != kAlways) --order.left;
+    if (order.left == 0) orders_.pop_front();
     return error;
   }
 

@@ -36,7 +36,8 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isVersion(std::string_view text) {
   char before = '.';
   for (const char c : text) {
-    if (!isDigit(c) && !(c == '.' && before != '.')) return false;
+    const bool separates = c == '.' && before != '.';
+    if (!isDigit(c) && !separates) return false;
     before = c;
   }
   return before != '.';

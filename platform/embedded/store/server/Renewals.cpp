@@ -25,7 +25,7 @@ Date Renewals::due(const SubscriptionPeriod& period, double retrySeconds) {
 std::optional<Date> Renewals::nextDue() {
   std::optional<Date> next;
   for (const auto& group : sale_.runningGroups()) {
-    const auto date = due(*sale_.running(group)->period, retrySeconds(settings_.timeRate));
+    const auto date = due(periodOf(*sale_.running(group)), retrySeconds(settings_.timeRate));
     if (!next || date < *next) next = date;
   }
   return next;
@@ -39,7 +39,7 @@ void Renewals::runDue(const std::string& group, Date now) {
   for (int count = 0; count <= kMostRenewals; ++count) {
     auto* const running = sale_.running(group);
     if (running == nullptr) return;
-    auto& period = *running->period;
+    auto& period = periodOf(*running);
     if (period.retryingSince && !settings_.billingRetryOnRenewalEnabled) {
       resolve(group, now);
       continue;
@@ -57,18 +57,20 @@ void Renewals::runDue(const std::string& group, Date now) {
   }
 }
 
-bool Renewals::isInGrace(const LedgerEntry& running, Date now) const {
+bool Renewals::isInGrace(LedgerEntry& running, Date now) const {
   if (!settings_.billingGracePeriodEnabled) return false;
   const auto* const product = catalogue_.find(running.payment.productIdentifier);
-  if (product == nullptr || !product->product->subscriptionPeriod()) return false;
-  const double grace = graceSeconds(*product->product->subscriptionPeriod(), settings_.timeRate);
-  return now < after(running.period->ends, grace);
+  if (product == nullptr) return false;
+  const auto& length = product->product->subscriptionPeriod();
+  if (!length) return false;
+  const double grace = graceSeconds(*length, settings_.timeRate);
+  return now < after(periodOf(running).ends, grace);
 }
 
 void Renewals::resolve(const std::string& group, Date now) {
   auto* const running = sale_.running(group);
-  if (running == nullptr || !running->period->retryingSince) return;
-  const auto begin = isInGrace(*running, now) ? running->period->ends : now;
+  if (running == nullptr || !periodOf(*running).retryingSince) return;
+  const auto begin = isInGrace(*running, now) ? periodOf(*running).ends : now;
   sale_.renew(group, begin);
 }
 

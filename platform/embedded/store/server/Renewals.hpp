@@ -28,7 +28,7 @@ class Renewals {
  private:
   void runDue(const std::string& group, Foundation::Date now);
   [[nodiscard]] static Foundation::Date due(const SubscriptionPeriod& period, double retrySeconds);
-  [[nodiscard]] bool isInGrace(const LedgerEntry& running, Foundation::Date now) const;
+  [[nodiscard]] bool isInGrace(LedgerEntry& running, Foundation::Date now) const;
 
   Sale& sale_;
   const Catalogue& catalogue_;

@@ -22,8 +22,9 @@ SKProductSubscriptionPeriod firstPeriod(const SKProductDiscount& offer) {
 }
 
 void close(LedgerEntry& running, Foundation::Date end) {
-  running.period->running = false;
-  if (end < running.period->ends) running.period->ends = end;
+  auto& period = periodOf(running);
+  period.running = false;
+  if (end < period.ends) period.ends = end;
 }
 
 }  // namespace
@@ -34,7 +35,7 @@ Sale::Sale(const Ledger& ledger, const Catalogue& catalogue, int timeRate, Found
 void Sale::load() {
   if (std::exchange(loaded_, true)) return;
   for (auto& entry : ledger_.runningPeriods()) {
-    running_[entry.period->group] = changes_.size();
+    running_[periodOf(entry).group] = changes_.size();
     asLoaded_.push_back(entry);
     changes_.push_back(std::move(entry));
   }
@@ -49,6 +50,7 @@ LedgerEntry* Sale::running(const std::string& group) {
 std::vector<std::string> Sale::runningGroups() {
   load();
   std::vector<std::string> groups;
+  groups.reserve(running_.size());
   for (const auto& [group, index] : running_) groups.push_back(group);
   return groups;
 }
@@ -70,7 +72,7 @@ void Sale::purchase(LedgerEntry entry) {
 void Sale::buySubscription(LedgerEntry entry, const CatalogueEntry& product) {
   const auto group = product.product->subscriptionGroupIdentifier().value_or("");
   auto* const before = running(group);
-  if (before == nullptr || before->period->retryingSince) {
+  if (before == nullptr || periodOf(*before).retryingSince) {
     beginPeriod(std::move(entry), product, now_);
     return;
   }
@@ -79,8 +81,8 @@ void Sale::buySubscription(LedgerEntry entry, const CatalogueEntry& product) {
     beginPeriod(std::move(entry), product, now_);
     return;
   }
-  before->period->renews = true;
-  before->period->renewsAs = entry.payment.productIdentifier;
+  periodOf(*before).renews = true;
+  periodOf(*before).renewsAs = entry.payment.productIdentifier;
   entry.original = original(group);
   keep(std::move(entry));
 }
@@ -102,8 +104,9 @@ Foundation::Date Sale::firstEnd(const LedgerEntry& entry, const SKProduct& produ
   const auto* const promotion = discount ? findOffer(product, discount->identifier) : nullptr;
   if (promotion != nullptr) {
     length = firstPeriod(*promotion);
-  } else if (product.introductoryPrice() && !entry.original) {
-    length = firstPeriod(*product.introductoryPrice());
+  } else if (const auto& introduction = product.introductoryPrice();
+             introduction && !entry.original) {
+    length = firstPeriod(*introduction);
   }
   return periodEnd(begin, length, timeRate_);
 }
@@ -119,20 +122,20 @@ void Sale::beginPeriod(LedgerEntry entry, const CatalogueEntry& product, Foundat
   keep(std::move(entry));
 }
 
-void Sale::renew(std::string group, Foundation::Date begin) {
+void Sale::renew(const std::string& group, Foundation::Date begin) {
   auto* const before = running(group);
   if (before == nullptr) return;
-  const auto* const product = catalogue_.find(before->period->renewsAs);
+  const auto* const product = catalogue_.find(periodOf(*before).renewsAs);
   if (product == nullptr) return end(group);  // it is not sold any more
   LedgerEntry next{.state = State::purchased,
-                   .payment = {.productIdentifier = before->period->renewsAs,
+                   .payment = {.productIdentifier = periodOf(*before).renewsAs,
                                .applicationUsername = before->payment.applicationUsername},
                    .transactionDate = begin};
   beginPeriod(std::move(next), *product, begin);
 }
 
-void Sale::end(std::string group) {
-  if (auto* const last = running(group)) last->period->running = false;
+void Sale::end(const std::string& group) {
+  if (auto* const last = running(group)) periodOf(*last).running = false;
   running_.erase(group);
 }
 

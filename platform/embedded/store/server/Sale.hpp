@@ -11,6 +11,11 @@
 
 namespace StoreKit {
 
+/// The period of an entry that is known to have bought one.
+[[nodiscard]] inline SubscriptionPeriod& periodOf(LedgerEntry& entry) {
+  return entry.period ? *entry.period : entry.period.emplace();
+}
+
 /// What entries of the ledger become, worked out before any of it is written: purchases that go
 /// through, and what they mean for the subscriptions that are running.
 ///
@@ -31,10 +36,10 @@ class Sale {
   void keep(LedgerEntry entry) { changes_.push_back(std::move(entry)); }
 
   /// Renews the running period of a group: the next one begins at `begin`.
-  void renew(std::string group, Foundation::Date begin);
+  void renew(const std::string& group, Foundation::Date begin);
 
   /// The subscription of a group is over: its running period is the last one.
-  void end(std::string group);
+  void end(const std::string& group);
 
   /// The running period of a group, to be changed in place; null when there is none. Valid until
   /// the next call.

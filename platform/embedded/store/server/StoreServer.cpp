@@ -128,10 +128,11 @@ Failure StoreServer::resolve(std::int64_t identifier) {
       return std::nullopt;
     }
     auto* const running = entry.period ? sale.running(entry.period->group) : nullptr;
-    if (running == nullptr || !running->period->retryingSince) {
+    if (running == nullptr || !periodOf(*running).retryingSince) {
       return invalidAction(entry, "has no issue.");
     }
-    Renewals(sale, store_.catalogue(), store_.settings()).resolve(entry.period->group, sale.now());
+    Renewals(sale, store_.catalogue(), store_.settings())
+        .resolve(periodOf(entry).group, sale.now());
     return std::nullopt;
   });
 }
@@ -145,7 +146,7 @@ Failure StoreServer::refund(std::int64_t identifier) {
     auto& refunded = isRunning ? *running : entry;
     refunded.cancelDate = sale.now();
     if (isRunning) {
-      sale.end(entry.period->group);
+      sale.end(periodOf(entry).group);
     } else {
       sale.keep(std::move(entry));
     }
@@ -197,7 +198,7 @@ Failure StoreServer::changeSubscriptionOf(
       return failure(StoreSessionError::noSubscriptionFound,
                      name(entry) + " belongs to no running subscription.");
     }
-    return change(*running->period);
+    return change(periodOf(*running));
   });
 }
 
@@ -230,18 +231,18 @@ Failure StoreServer::answerPriceIncrease(std::int64_t identifier, bool consents)
 
 Failure StoreServer::forceRenewal(const std::string& product) {
   return changeSubscription(product, [](LedgerEntry& running, Sale& sale) -> Failure {
-    running.period->renews = true;
-    running.period->asksForPriceIncrease = false;
-    sale.renew(running.period->group, sale.now());
+    periodOf(running).renews = true;
+    periodOf(running).asksForPriceIncrease = false;
+    sale.renew(periodOf(running).group, sale.now());
     return std::nullopt;
   });
 }
 
 Failure StoreServer::expire(const std::string& product) {
   return changeSubscription(product, [](LedgerEntry& running, Sale& sale) -> Failure {
-    running.period->renews = false;
-    if (sale.now() < running.period->ends) running.period->ends = sale.now();
-    sale.end(running.period->group);
+    periodOf(running).renews = false;
+    if (sale.now() < periodOf(running).ends) periodOf(running).ends = sale.now();
+    sale.end(periodOf(running).group);
     return std::nullopt;
   });
 }

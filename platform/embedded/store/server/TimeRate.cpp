@@ -136,8 +136,8 @@ Date periodEnd(Date begin, const SKProductSubscriptionPeriod& period, int rate) 
   };
   if (const auto seconds = secondsOfAnyPeriod(rate)) return later(*seconds);
   if (const auto* const monthly = monthlyRate(rate)) return later(scaled(*monthly, period));
-  if (rate == 0 || !secondsOfDay(rate)) return realEnd(begin, period);
-  return later(days(period) * *secondsOfDay(rate));
+  const auto day = secondsOfDay(rate);
+  return rate == 0 || !day ? realEnd(begin, period) : later(days(period) * *day);
 }
 
 double graceSeconds(const SKProductSubscriptionPeriod& period, int rate) {
