@@ -9,7 +9,8 @@ install(TARGETS TQStoreKitLib Platform ${TQSTOREKIT_REALISATION} EXPORT TQStoreK
 if(TQSTOREKIT_PLATFORM STREQUAL "apple")
   set(internal PATTERN "platform/embedded" EXCLUDE PATTERN "platform/apple" EXCLUDE)
 else()
-  set(internal PATTERN "configuration" EXCLUDE PATTERN "platform/apple" EXCLUDE)
+  set(internal PATTERN "configuration" EXCLUDE PATTERN "urlsession" EXCLUDE
+    PATTERN "platform/apple" EXCLUDE)
 endif()
 install(DIRECTORY TQStoreKitLib platform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
   FILES_MATCHING PATTERN "*.hpp" ${internal})
