@@ -29,11 +29,16 @@ bool isNamed(const LedgerEntry& changed, const LedgerEntry& named) {
   return changed.identifier == named.identifier;
 }
 
-// What resolving brings: the purchase again, or the next period.
+bool isSameSubscription(const LedgerEntry& one, const LedgerEntry& other) {
+  return one.period && other.period && one.period->group == other.period->group;
+}
+
+// What resolving brings: the purchase again, or the next period, perhaps of another product.
 bool isPaid(const LedgerEntry& changed, const LedgerEntry& named) {
   const bool newer = changed.identifier > named.identifier;
-  return newer && changed.payment.productIdentifier == named.payment.productIdentifier &&
-         changed.state == StoreKit::SKPaymentTransactionState::purchased;
+  const bool same = changed.payment.productIdentifier == named.payment.productIdentifier;
+  return newer && changed.state == StoreKit::SKPaymentTransactionState::purchased &&
+         (same || isSameSubscription(changed, named));
 }
 
 ExitStatus run(StoreSession& session, const Control& control, const std::string& identifier,

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/embedded/store/EmbeddedStore.hpp"
+#import "tests/apple/doubles/embedded/NativeDownload.h"
 #import "tests/apple/doubles/embedded/NativeTransaction.h"
 #import "tests/apple/doubles/embedded/NativeValues.h"
 
@@ -39,6 +40,11 @@ class Messenger final : public StoreKit::SKPaymentTransactionObserver {
   }
   void paymentQueueRestoreCompletedTransactionsFinished() override {
     tell([&] { [observer_ paymentQueueRestoreCompletedTransactionsFinished:queue()]; });
+  }
+  void paymentQueueUpdatedDownloads(const StoreKit::SKDownloads& downloads) override {
+    tell([&] {
+      [observer_ paymentQueue:queue() updatedDownloads:tests::platformDownloads(downloads)];
+    });
   }
   bool paymentQueueShouldAddStorePayment(const StoreKit::SKPaymentPtr& payment,
                                          const StoreKit::SKProductPtr& product) override {
@@ -134,14 +140,20 @@ StoreKit::PaymentQueueEngine& engine() { return StoreKit::EmbeddedStore::current
   engine().restore(tests::textOf(username));
 }
 
-// The embedded store hosts no content that would come here.
 - (void)startDownloads:(NSArray*)downloads {
+  StoreKit::EmbeddedStore::current().downloads().start(tests::downloadsOf(downloads));
 }
+
 - (void)pauseDownloads:(NSArray*)downloads {
+  StoreKit::EmbeddedStore::current().downloads().pause(tests::downloadsOf(downloads));
 }
+
 - (void)resumeDownloads:(NSArray*)downloads {
+  StoreKit::EmbeddedStore::current().downloads().resume(tests::downloadsOf(downloads));
 }
+
 - (void)cancelDownloads:(NSArray*)downloads {
+  StoreKit::EmbeddedStore::current().downloads().cancel(tests::downloadsOf(downloads));
 }
 
 @end

@@ -2,6 +2,7 @@
 
 #include <map>
 
+#import "tests/apple/doubles/embedded/NativeDownload.h"
 #import "tests/apple/doubles/embedded/NativeValues.h"
 
 namespace {
@@ -67,7 +68,7 @@ std::map<const StoreKit::SKPaymentTransaction*, NativeTransaction*>& objects() {
 }
 
 - (NSArray<SKDownload*>*)downloads {
-  return [NSArray array];
+  return tests::platformDownloads([self now].downloads());
 }
 
 - (BOOL)isEqual:(id)other {
