@@ -36,7 +36,7 @@ std::vector<TQPurchase> broughtByThis(std::vector<TQPurchase> restored, const st
                                       const std::set<std::int64_t>& before) {
   const auto isOther = [&](const TQPurchase& purchase) {
     const auto entry = entryOf(*purchase.transaction);
-    if (!entry || before.count(entry->identifier) > 0) return true;
+    if (!entry || before.contains(entry->identifier)) return true;
     return !user.empty() && entry->payment.applicationUsername.value_or("") != user;
   };
   restored.erase(std::remove_if(restored.begin(), restored.end(), isOther), restored.end());

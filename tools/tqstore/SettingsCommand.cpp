@@ -48,7 +48,7 @@ ExitStatus show(const StoreSession& session, const std::vector<std::string>& nam
     const auto value = session.setting(name);
     if (!value) continue;
     object[name] = valueJson(name, *value);
-    table.add({name, printable(*value), set.count(name) > 0 ? "settings" : "configuration"});
+    table.add({name, printable(*value), set.contains(name) ? "settings" : "configuration"});
   }
   if (json) {
     writeJson(object);

@@ -27,11 +27,11 @@ bool isOfGroup(const LedgerEntry& entry, const StoreKit::SKProduct& product) {
 }
 
 bool isRunning(const LedgerEntry& entry, const StoreKit::SKProduct& product) {
-  return isOfGroup(entry, product) && entry.period->running;
+  return isOfGroup(entry, product) && entry.period && entry.period->running;
 }
 
 bool hasEnded(const LedgerEntry& entry, const StoreKit::SKProduct& product) {
-  return isOfGroup(entry, product) && !entry.period->running;
+  return isOfGroup(entry, product) && entry.period && !entry.period->running;
 }
 
 // Not only while the application is still to be asked: one that runs may be quick.

@@ -18,7 +18,7 @@ std::string environment(const char* name) {
 
 // The shell has not replaced it yet.
 std::string withoutTilde(const std::string& path) {
-  return path.rfind("~/", 0) == 0 ? environment("HOME") + path.substr(1) : path;
+  return path.starts_with("~/") ? environment("HOME") + path.substr(1) : path;
 }
 
 bool isOption(const std::string& word) { return word.size() > 1 && word.front() == '-'; }
@@ -51,7 +51,7 @@ class Reader {
 
   [[nodiscard]] Completion complete(const std::string& word) const {
     if (awaiting_ != nullptr) return values(awaiting_->get_type_name());
-    if (!onlyArguments_ && word.rfind('-', 0) == 0) return {.candidates = optionNames()};
+    if (!onlyArguments_ && word.starts_with('-')) return {.candidates = optionNames()};
     if (isUnknown_) return {};
     if (command_ == nullptr) return {.candidates = commandNames()};
     const auto* argument = nextArgument();
