@@ -20,6 +20,10 @@ enum class Message {
   boughtOutside,
   cleared
 };
+constexpr const char* kMessageNames[] = {
+    "asked",    "storefrontChanged", "revoked", "revokedAtStart", "deferred",
+    "approved", "resolved",          "renewed", "boughtOutside",  "cleared"};
+void PrintTo(Message value, std::ostream* out) { *out << kMessageNames[static_cast<int>(value)]; }
 
 enum class Deed {
   clear,
@@ -38,6 +42,22 @@ enum class Deed {
   reset,
   moveOn
 };
+constexpr const char* kDeedNames[] = {"clear",
+                                      "deleteAll",
+                                      "relaunch",
+                                      "openAnother",
+                                      "removeObserver",
+                                      "destroyObserver",
+                                      "destroyWitness",
+                                      "add",
+                                      "finishAll",
+                                      "approveAll",
+                                      "refundAll",
+                                      "beginStorePurchase",
+                                      "changeStorefront",
+                                      "reset",
+                                      "moveOn"};
+void PrintTo(Deed value, std::ostream* out) { *out << kDeedNames[static_cast<int>(value)]; }
 
 constexpr Message kMessages[] = {Message::asked,         Message::storefrontChanged,
                                  Message::revoked,       Message::revokedAtStart,

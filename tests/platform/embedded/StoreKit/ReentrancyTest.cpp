@@ -13,8 +13,14 @@ using tests::OpenShop;
 using tests::turnUntilIdle;
 
 enum class Message { purchasing, purchased, removed, restored, restoreFinished, restoreFailed };
+constexpr const char* kMessageNames[] = {"purchasing", "purchased",       "removed",
+                                         "restored",   "restoreFinished", "restoreFailed"};
+void PrintTo(Message value, std::ostream* out) { *out << kMessageNames[static_cast<int>(value)]; }
 
 enum class Deed { add, finishAll, restore, relaunch, openAnother, removeObserver, destroyObserver };
+constexpr const char* kDeedNames[] = {"add",         "finishAll",      "restore",        "relaunch",
+                                      "openAnother", "removeObserver", "destroyObserver"};
+void PrintTo(Deed value, std::ostream* out) { *out << kDeedNames[static_cast<int>(value)]; }
 
 constexpr Message kMessages[] = {Message::purchasing,      Message::purchased,
                                  Message::removed,         Message::restored,

@@ -130,6 +130,8 @@ struct Unusable {
   std::string members, problem;
 };
 
+void PrintTo(const Unusable& offer, std::ostream* out) { *out << offer.problem; }
+
 class UnusableConfigurationOffer : public testing::TestWithParam<Unusable> {};
 
 TEST_P(UnusableConfigurationOffer, IsNoOfferButKeepsTheSubscription) {

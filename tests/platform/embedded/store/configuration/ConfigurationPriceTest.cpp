@@ -19,6 +19,8 @@ struct Price {
   std::string written, read;
 };
 
+void PrintTo(const Price& price, std::ostream* out) { *out << '"' << price.written << '"'; }
+
 class PlainConfigurationPrice : public testing::TestWithParam<Price> {};
 
 TEST_P(PlainConfigurationPrice, IsReadExactlyAndSilently) {

@@ -9,6 +9,8 @@ struct WrongShape {
   std::string text, place, message;
 };
 
+void PrintTo(const WrongShape& shape, std::ostream* out) { *out << shape.place; }
+
 class ConfigurationOfWrongShape : public testing::TestWithParam<WrongShape> {};
 
 TEST_P(ConfigurationOfWrongShape, IsRefused) {
