@@ -72,7 +72,7 @@ ExitStatus change(const StoreSession& session, const SettingsOptions& wanted, bo
       known && (!wanted.value || !StoreKit::setSetting(trial, wanted.name, *wanted.value));
   auto& store = StoreKit::EmbeddedStore::current();
   if (const auto problem = store.set(wanted.name, wanted.value)) {
-    complain(printable(*problem));
+    complain(printable(problem->localizedDescription()));
     return good ? kRefused : kUsage;
   }
   return session.setting(wanted.name) ? show(session, {wanted.name}, json) : kDone;

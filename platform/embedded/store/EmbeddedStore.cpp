@@ -11,6 +11,7 @@
 #include "platform/embedded/store/ledger/LedgerPlace.hpp"
 #include "platform/embedded/store/ledger/SqliteLedger.hpp"
 #include "platform/embedded/store/server/Renewals.hpp"
+#include "platform/embedded/store/server/StoreSessionError.hpp"
 
 namespace StoreKit {
 
@@ -80,18 +81,18 @@ EmbeddedStore::Reloading EmbeddedStore::reloadSettings() {
   return {.changed = true, .storefrontChanged = settings_.storefront != storefrontBefore};
 }
 
-std::optional<std::string> EmbeddedStore::set(std::string_view setting,
-                                              const std::optional<std::string>& value) {
+std::optional<Foundation::NSError> EmbeddedStore::set(std::string_view setting,
+                                                      const std::optional<std::string>& value) {
   auto trial = settings_;
   const auto text = value ? value : settingText(configuration_.settings, setting);
-  if (auto problem = setSetting(trial, setting, text.value_or(""))) return problem;
+  auto problem = setSetting(trial, setting, text.value_or(""));
   const bool hosted = value && isHostedContentSetting(setting);
-  if (hosted) {
-    auto objection = hostedContentObjection(trial.hostedContent, setting, catalogue_);
-    if (objection) return objection;
+  if (hosted && !problem) {
+    problem = hostedContentObjection(trial.hostedContent, setting, catalogue_);
   }
+  if (problem) return storeSessionError(StoreSessionError::invalidSetting, *std::move(problem));
   const auto kept = hosted ? settingText(trial, setting) : value;
-  if (const auto error = ledger_->set(setting, kept)) return error->localizedDescription();
+  if (auto error = ledger_->set(setting, kept)) return error;
   queue_.absorbSettings();
   return std::nullopt;
 }

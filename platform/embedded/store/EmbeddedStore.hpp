@@ -54,9 +54,10 @@ class EmbeddedStore {
   [[nodiscard]] const StoreConfiguration::Settings& settings() const { return settings_; }
 
   /// Sets one by name, for every program on this ledger; with no value the configuration's comes
-  /// back. Answers with what is wrong, in words; then nothing changed.
-  [[nodiscard]] std::optional<std::string> set(std::string_view setting,
-                                               const std::optional<std::string>& value);
+  /// back. Answers with what is wrong: an invalid setting, or the ledger's error; then nothing
+  /// changed.
+  [[nodiscard]] std::optional<Foundation::NSError> set(std::string_view setting,
+                                                       const std::optional<std::string>& value);
   /// Back to the configuration's settings, and no misbehaviour.
   void resetToDefaultState();
 

@@ -49,11 +49,7 @@ std::optional<std::string> StoreSession::setting(std::string_view name) const {
 }
 
 StoreSession::Failure StoreSession::set(std::string_view name, const std::string& value) {
-  const auto problem = store().set(name, value);
-  if (!problem) return std::nullopt;
-  return Foundation::NSError::withDescription(
-      std::string(kStoreSessionErrorDomain),
-      static_cast<std::int64_t>(StoreSessionError::invalidSetting), *problem);
+  return store().set(name, value);
 }
 
 void StoreSession::setFlag(std::string_view name, bool value) {

@@ -99,17 +99,15 @@ std::optional<std::string> setHostedContent(HostedContents& contents, std::strin
 std::optional<std::string> hostedContentObjection(const HostedContents& contents,
                                                   std::string_view name,
                                                   const Catalogue& catalogue) {
+  const auto text = hostedContentText(contents, name);
+  if (text == hostedContentText({}, name)) return std::nullopt;  // taken back
   const auto product = productOf(name);
-  if (!contents.contains(product)) return std::nullopt;  // nothing is hosted for it any more
   if (catalogue.find(product) == nullptr) {
     return std::string(name) + " cannot be: nothing is sold as " + product;
   }
-  const auto folder = contentOf(contents, name).folder;
   std::error_code error;
-  if (!isFolderSetting(name) || folder.empty() || fs::is_directory(folder, error)) {
-    return std::nullopt;
-  }
-  return std::string(name) + " is a folder, not \"" + folder + "\"";
+  if (!isFolderSetting(name) || fs::is_directory(text, error)) return std::nullopt;
+  return std::string(name) + " is a folder, not \"" + text + "\"";
 }
 
 }  // namespace StoreKit

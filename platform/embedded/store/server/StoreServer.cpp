@@ -18,23 +18,17 @@ using Failure = StoreServer::Failure;
 
 constexpr int kMostAttempts = 100;
 
-Failure failure(StoreSessionError code, std::string description) {
-  return Foundation::NSError::withDescription(std::string(kStoreSessionErrorDomain),
-                                              static_cast<std::int64_t>(code),
-                                              std::move(description));
-}
-
 std::string name(const LedgerEntry& entry) {
   return "Transaction " + std::to_string(entry.identifier);
 }
 
 Failure invalidAction(const LedgerEntry& entry, const std::string& what) {
-  return failure(StoreSessionError::invalidAction, name(entry) + " " + what);
+  return storeSessionError(StoreSessionError::invalidAction, name(entry) + " " + what);
 }
 
 Failure notSold(const std::string& product) {
-  return failure(StoreSessionError::invalidProductIdentifier,
-                 "Nothing is sold as " + product + ".");
+  return storeSessionError(StoreSessionError::invalidProductIdentifier,
+                           "Nothing is sold as " + product + ".");
 }
 
 // Whether what the user has confirmed before can still be sold.
@@ -68,15 +62,15 @@ Failure StoreServer::commit(const std::function<Failure(Sale&)>& change) {
     store_.setAlarm();
     return std::nullopt;
   }
-  return failure(StoreSessionError::serviceUnavailable, "The ledger keeps changing.");
+  return storeSessionError(StoreSessionError::serviceUnavailable, "The ledger keeps changing.");
 }
 
 Failure StoreServer::changeTransaction(std::int64_t identifier, const Change& change) {
   return commit([&](Sale& sale) -> Failure {
     auto entry = store_.ledger().find(identifier);
     if (entry) return change(*entry, sale);
-    return failure(StoreSessionError::noTransactionFound,
-                   "There is no transaction " + std::to_string(identifier) + ".");
+    return storeSessionError(StoreSessionError::noTransactionFound,
+                             "There is no transaction " + std::to_string(identifier) + ".");
   });
 }
 
@@ -85,15 +79,15 @@ Failure StoreServer::changeSubscription(const std::string& product, const Change
     const auto* const sold = store_.catalogue().find(product);
     if (sold == nullptr) return notSold(product);
     if (sold->type != ProductType::autoRenewableSubscription) {
-      return failure(StoreSessionError::invalidProductType,
-                     product + " is no auto-renewable subscription.");
+      return storeSessionError(StoreSessionError::invalidProductType,
+                               product + " is no auto-renewable subscription.");
     }
     const auto group = sold->product->subscriptionGroupIdentifier().value_or("");
     auto* const running = sale.running(group);
     if (running != nullptr && running->payment.productIdentifier == product) {
       return change(*running, sale);
     }
-    return failure(StoreSessionError::noSubscriptionFound, product + " is not running.");
+    return storeSessionError(StoreSessionError::noSubscriptionFound, product + " is not running.");
   });
 }
 
@@ -195,8 +189,8 @@ Failure StoreServer::changeSubscriptionOf(
   return changeTransaction(identifier, [&](LedgerEntry& entry, Sale& sale) -> Failure {
     auto* const running = entry.period ? sale.running(entry.period->group) : nullptr;
     if (running == nullptr) {
-      return failure(StoreSessionError::noSubscriptionFound,
-                     name(entry) + " belongs to no running subscription.");
+      return storeSessionError(StoreSessionError::noSubscriptionFound,
+                               name(entry) + " belongs to no running subscription.");
     }
     return change(periodOf(*running));
   });
@@ -219,9 +213,9 @@ Failure StoreServer::requestPriceIncrease(std::int64_t identifier) {
 Failure StoreServer::answerPriceIncrease(std::int64_t identifier, bool consents) {
   return changeSubscriptionOf(identifier, [&](SubscriptionPeriod& period) -> Failure {
     if (!period.asksForPriceIncrease) {
-      return failure(StoreSessionError::invalidAction, "The subscription of transaction " +
-                                                           std::to_string(identifier) +
-                                                           " asks for no consent.");
+      return storeSessionError(StoreSessionError::invalidAction,
+                               "The subscription of transaction " + std::to_string(identifier) +
+                                   " asks for no consent.");
     }
     period.asksForPriceIncrease = false;
     if (!consents) period.renews = false;

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
+
+#include "platform/Foundation/NSError.hpp"
 
 namespace StoreKit {
 
@@ -17,5 +20,8 @@ enum class StoreSessionError : std::int64_t {
   serviceUnavailable = 6,        ///< somebody else keeps changing the same transaction
   invalidSetting = 7,            ///< no setting has that name, or it cannot have that value
 };
+
+[[nodiscard]] Foundation::NSError storeSessionError(StoreSessionError code,
+                                                    std::string description);
 
 }  // namespace StoreKit

@@ -155,7 +155,9 @@ TEST_F(HostedContentTest, RefusedFolderLeavesTheVersionAsItWas) {
 
 TEST_F(HostedContentTest, LedgerThatRefusesChangesNothing) {
   shop.ledger->refusal = Foundation::NSError("Disk", 28);
-  EXPECT_TRUE(shop.session.setHostedContent("crown", folder.file("crown")).has_value());
+  const auto refusal = shop.session.setHostedContent("crown", folder.file("crown"));
+  ASSERT_TRUE(refusal.has_value());
+  EXPECT_EQ(refusal->domain(), "Disk");
   EXPECT_FALSE(product("crown").isDownloadable());
 }
 
