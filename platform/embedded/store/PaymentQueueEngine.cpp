@@ -101,7 +101,7 @@ void PaymentQueueEngine::addObserver(SKPaymentTransactionObserver& observer) {
 void PaymentQueueEngine::deliverBacklog() {
   if (backlogDelivered_ || observers_.isEmpty()) return;
   backlogDelivered_ = true;
-  (void)store_.reloadSettings();
+  if (store_.reloadSettings().changed) store_.catchUp();
   (void)unfinished_.merge(readChanges());  // what others changed meanwhile is part of the backlog
   const auto run = run_;
   reportUpdated(unfinished_.settled());
@@ -359,12 +359,15 @@ void PaymentQueueEngine::reportRefunds(const LedgerEntries& refunded) {
     products.push_back(entry.payment.productIdentifier);
     last = std::max(last, entry.refundRevision.value_or(0));
   }
-  if (const auto error = store_.ledger().tellRefunds(last)) {
-    warnNotCommitted("Refunds are told again at the next start.", *error);
-  }
+  const auto run = run_;
   observers_.notify([&](SKPaymentTransactionObserver& observer) {
     observer.paymentQueueDidRevokeEntitlements(products);
   });
+  if (run != run_) return;
+  // Only now: a program that dies in between tells them again, and none is lost.
+  if (const auto error = store_.ledger().tellRefunds(last)) {
+    warnNotCommitted("Refunds are told again at the next start.", *error);
+  }
 }
 
 void PaymentQueueEngine::report(const UnfinishedTransactions::Changes& changes) {

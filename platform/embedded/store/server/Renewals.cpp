@@ -40,11 +40,12 @@ void Renewals::runDue(const std::string& group, Date now) {
     auto* const running = sale_.running(group);
     if (running == nullptr) return;
     auto& period = periodOf(*running);
-    if (period.retryingSince && !settings_.billingRetryOnRenewalEnabled) {
+    const bool isDue = hasCome(due(period, retrySeconds(settings_.timeRate)), now);
+    if (!isDue && period.retryingSince && !settings_.billingRetryOnRenewalEnabled) {
       resolve(group, now);
       continue;
     }
-    if (!hasCome(due(period, retrySeconds(settings_.timeRate)), now)) return;
+    if (!isDue) return;
     if (!period.renews || period.asksForPriceIncrease || period.retryingSince) {
       sale_.end(group);
       return;

@@ -116,6 +116,27 @@ TEST_F(Refund, ThatTheLedgerDoesNotNoteAsToldIsToldAgainAtTheNextStart) {
   EXPECT_THAT(heard(), ElementsAre("revoked: crown"));
 }
 
+TEST_F(Refund, IsNotedAsToldOnlyAfterTheObserversHaveHeardOfIt) {
+  const auto untold = [] { return EmbeddedStore::current().ledger().untoldRefunds().size(); };
+  std::size_t whileTold = 0;
+  observer.onRevoked = [&] { whileTold = untold(); };
+  shop.own("crown");
+  (void)refund(1);
+  EXPECT_THAT(heard(), ElementsAre("revoked: crown"));
+  EXPECT_EQ(whileTold, 1U);
+  EXPECT_EQ(untold(), 0U);
+}
+
+TEST_F(Refund, ToldToAnObserverThatOpensTheStoreAnewIsToldAgain) {
+  observer.onRevoked = [this] {
+    observer.onRevoked = nullptr;
+    shop.session.relaunch();
+  };
+  shop.own("crown");
+  (void)refund(1);
+  EXPECT_THAT(heard(), ElementsAre("revoked: crown", "revoked: crown"));
+}
+
 TEST_F(Refund, HappensOnce) {
   shop.own("crown");
   (void)refund(1);

@@ -105,6 +105,21 @@ TEST_F(BillingRetry, SwitchedOffInTheGracePeriodFollowsWithoutAGap) {
   EXPECT_THAT(shop.periods(), ElementsAre("monthly 0-300", "monthly 300-600"));
 }
 
+TEST_F(BillingRetry, SwitchedOffWhenItsTimeHasRunOutUnseenEndsTheSubscription) {
+  shop.wait(kFastMonth);
+  shop.clock.set(tests::ManualClock::kStart + 2 * kFastMonth + 600);
+  shop.session.setBillingRetryOnRenewalEnabled(false);
+  EXPECT_THAT(heard(), IsEmpty());
+  EXPECT_THAT(shop.periods(), ElementsAre("monthly 0-300"));
+}
+
+TEST_F(BillingRetry, SwitchedOffByAnotherProgramSucceedsWhenTheApplicationStarts) {
+  shop.wait(kFastMonth + 100);
+  goAway();
+  (void)EmbeddedStore::current().ledger().set("billingRetryOnRenewalEnabled", "false");
+  EXPECT_THAT(heardAtStart(), ElementsAre("updated: monthly purchased"));
+}
+
 TEST_F(BillingRetry, ComesAgainWithTheNextRenewal) {
   shop.wait(kFastMonth + 100);
   (void)resolve();
