@@ -39,10 +39,15 @@ void Worker::run() {
 }
 
 struct Loader::Transfer {
-  Transfer() : easy(curl_easy_init()) {
+  explicit Transfer(CURLSH* share) : easy(curl_easy_init()) {
     curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(easy, CURLOPT_TIMEOUT, 60L);
+    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "");
+    curl_easy_setopt(easy, CURLOPT_USERAGENT, "TQStoreKitLib");
+    curl_easy_setopt(easy, CURLOPT_SHARE, share);
+    curl_easy_setopt(easy, CURLOPT_COOKIEFILE, "");
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, take);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
@@ -68,7 +73,10 @@ struct Loader::Transfer {
 };
 
 Loader::Loader(Worker* worker)
-    : worker_(worker), multi_(curl_multi_init()), thread_([this] { run(); }) {}
+    : worker_(worker), share_(curl_share_init()), multi_(curl_multi_init()) {
+  curl_share_setopt(share_, CURLSHOPT_SHARE, CURL_LOCK_DATA_COOKIE);
+  thread_ = std::thread([this] { run(); });
+}
 
 Loader::~Loader() {
   {
@@ -79,6 +87,7 @@ Loader::~Loader() {
   thread_.join();
   spare_.clear();
   curl_multi_cleanup(multi_);
+  curl_share_cleanup(share_);
 }
 
 void Loader::load(const std::string& url, Done done) {
@@ -110,7 +119,7 @@ void Loader::startAll() {
     waiting.swap(waiting_);
   }
   for (auto& [url, done] : waiting) {
-    if (spare_.empty()) spare_.push_back(std::make_unique<Transfer>());
+    if (spare_.empty()) spare_.push_back(std::make_unique<Transfer>(share_));
     auto* const transfer = spare_.back().release();
     spare_.pop_back();
     transfer->head.clear();

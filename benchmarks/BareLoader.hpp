@@ -34,7 +34,8 @@ class Worker {
 };
 
 /// libcurl's multi interface as somebody would drive it by hand: one thread, handles that are used
-/// again, bodies in memory. The callback runs on that thread, or on a worker's when there is one.
+/// again, heads and bodies in memory. It sends what a session sends, byte for byte, and has what no
+/// client does without: a time-out, and cookies that its requests share. The callback runs on that thread, or on a worker's when there is one.
 class Loader {
  public:
   using Done = std::function<void(const std::string& body)>;
@@ -53,6 +54,7 @@ class Loader {
   void endAll();
 
   Worker* worker_;
+  CURLSH* share_;
   CURLM* multi_;
   std::mutex mutex_;
   std::vector<std::pair<std::string, Done>> waiting_;

@@ -1,5 +1,6 @@
 #include "platform/embedded/Dispatch/SerialQueue.hpp"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdlib>
@@ -67,29 +68,29 @@ class Threads {
 
  private:
   Threads() {
-    std::atexit([] { instance().stop(); });
-  }
-
-  void stop() {
-    const std::lock_guard lock(mutex_);
-    stopped_ = true;
+    std::atexit([] { instance().stopped_ = true; });
   }
 
   void work() {
     while (const auto queue = next()) {
       SerialQueue::Block block;
-      while (!isStopped() && queue->pop(block)) {
+      while (!stopped_ && queue->pop(block)) {
         block();
         block = nullptr;
       }
     }
   }
 
-  // Null when none came for long enough.
+  // Null when none came for long enough. One idle thread is always kept: to wait without an end is
+  // cheaper than to set a timer each time.
   std::shared_ptr<Queue> next() {
     std::unique_lock lock(mutex_);
-    ++idle_;
-    changed_.wait_for(lock, kIdleTimeOfAThread, [this] { return !waiting_.empty(); });
+    const auto isThere = [this] { return !waiting_.empty(); };
+    if (idle_++ == 0) {
+      changed_.wait(lock, isThere);
+    } else {
+      changed_.wait_for(lock, kIdleTimeOfAThread, isThere);
+    }
     --idle_;
     if (waiting_.empty()) return nullptr;
     auto queue = std::move(waiting_.front());
@@ -97,16 +98,11 @@ class Threads {
     return queue;
   }
 
-  bool isStopped() {
-    const std::lock_guard lock(mutex_);
-    return stopped_;
-  }
-
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<std::shared_ptr<Queue>> waiting_;
   std::size_t idle_ = 0;
-  bool stopped_ = false;
+  std::atomic<bool> stopped_ = false;
 };
 
 }  // namespace

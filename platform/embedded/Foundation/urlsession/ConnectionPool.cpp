@@ -11,7 +11,8 @@ namespace Foundation::detail {
 
 namespace {
 
-constexpr long kConnectionsToAHost = 6;
+constexpr long kConnectionsToAHost = Turns::kAtATime;
+constexpr long kConnectionsKept = 32;
 constexpr std::size_t kSpareHandles = 64;
 
 int curlEvents(short events) {
@@ -43,6 +44,7 @@ void ConnectionPool::open() {
   multi_.reset(curl_multi_init());
   auto* const multi = multi_.get();
   curl_multi_setopt(multi, CURLMOPT_MAX_HOST_CONNECTIONS, kConnectionsToAHost);
+  curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, kConnectionsKept);
   curl_multi_setopt(multi, CURLMOPT_SOCKETFUNCTION, watchSocket);
   curl_multi_setopt(multi, CURLMOPT_SOCKETDATA, this);
   curl_multi_setopt(multi, CURLMOPT_TIMERFUNCTION, setTimer);
@@ -68,6 +70,7 @@ CURL* ConnectionPool::takeHandle() {
   if (spare_.empty()) {
     auto* const handle = curl_easy_init();
     applyCommonOptions(handle, share_.get());
+    Transfer::applyFunctions(handle);
     return handle;
   }
   auto* const handle = spare_.back().release();
@@ -83,8 +86,24 @@ void ConnectionPool::giveBack(CURL* handle) {
   }
 }
 
-void ConnectionPool::add(CURL* handle) { curl_multi_add_handle(multi_.get(), handle); }
-void ConnectionPool::remove(CURL* handle) { curl_multi_remove_handle(multi_.get(), handle); }
+void ConnectionPool::begin(Transfer& transfer) {
+  auto* const handle = takeHandle();
+  transfer.apply(handle);
+  curl_multi_add_handle(multi_.get(), handle);
+}
+
+// Over TLS a connection may take more than one transfer at a time, which libcurl alone knows.
+void ConnectionPool::add(Transfer& transfer) {
+  if (transfer.isSecure() || turns_.ask(transfer.site(), transfer)) begin(transfer);
+}
+
+void ConnectionPool::remove(Transfer& transfer) {
+  auto* const handle = transfer.takeHandle();
+  if (handle == nullptr) return turns_.stopWaiting(transfer.site(), transfer);
+  curl_multi_remove_handle(multi_.get(), handle);
+  giveBack(handle);
+  if (auto* const next = turns_.next(transfer.site())) begin(*next);
+}
 
 void ConnectionPool::socketIsReady(int socket, short events) { act(socket, curlEvents(events)); }
 void ConnectionPool::timeHasCome() { act(CURL_SOCKET_TIMEOUT, 0); }

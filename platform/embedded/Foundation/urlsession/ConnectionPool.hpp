@@ -9,6 +9,7 @@
 
 #include "platform/Foundation/URLSessionTask.hpp"
 #include "platform/embedded/Foundation/urlsession/NetworkThread.hpp"
+#include "platform/embedded/Foundation/urlsession/Turns.hpp"
 
 namespace Foundation::detail {
 
@@ -29,17 +30,18 @@ class ConnectionPool final : SocketWatcher, Timer {
   void start(TaskPtr task);
   void cancel(const URLSessionTask::Implementation* task);
 
-  /// For transfers: hands out a libcurl handle that has the common options and takes it back; puts it on
-  /// the wire and takes it off. One that is taken off before its end loses its connection.
-  [[nodiscard]] CURL* takeHandle();
-  void giveBack(CURL* handle);
-  void add(CURL* handle);
-  void remove(CURL* handle);
+  /// For transfers: puts one on the wire as soon as it is its turn, and takes it off, or lets it wait
+  /// no longer. One that is taken off before its end loses its connection.
+  void add(Transfer& transfer);
+  void remove(Transfer& transfer);
   /// The transfer is over; it is destroyed in this call.
   void forget(const Transfer& transfer);
 
  private:
   void open();
+  [[nodiscard]] CURL* takeHandle();
+  void giveBack(CURL* handle);
+  void begin(Transfer& transfer);
   void socketIsReady(int socket, short events) override;
   void timeHasCome() override;
   void act(curl_socket_t socket, int events);
@@ -61,6 +63,7 @@ class ConnectionPool final : SocketWatcher, Timer {
   std::unique_ptr<CURLSH, FreeShare> share_;
   std::unique_ptr<CURLM, FreeMulti> multi_;
   std::vector<std::unique_ptr<CURL, FreeEasy>> spare_;
+  Turns turns_;
   std::unordered_map<const URLSessionTask::Implementation*, std::unique_ptr<Transfer>> transfers_;
 };
 

@@ -43,6 +43,13 @@ const char* variable(const char* name) {
   return value != nullptr && *value != '\0' ? value : nullptr;
 }
 
+bool namesAProxy() {
+  constexpr std::array kVariables = {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy",
+                                     "ALL_PROXY"};
+  return std::any_of(kVariables.begin(), kVariables.end(),
+                     [](const char* name) { return variable(name) != nullptr; });
+}
+
 // A method with a body, or one of which servers expect a length.
 bool sendsBody(const URLRequest& request) {
   const auto& method = request.httpMethod();
@@ -80,7 +87,7 @@ void applyMethod(const URLRequest& request, CURL* easy) {
 std::optional<NSError> problemOf(const URLRequest& request) {
   const auto& url = request.url();
   if (!isLoadable(url)) return urlError(NSURLErrorUnsupportedURL, url);
-  if (url.host().value_or("").empty()) return urlError(NSURLErrorBadURL, url);
+  if (!namesAHost(url)) return urlError(NSURLErrorBadURL, url);
   if (!isToken(request.httpMethod())) {
     return urlErrorInWords(NSURLErrorBadURL, url,
                            "The request for " + hostName(url) + " has a method that is none.");
@@ -106,8 +113,9 @@ CurlRequest::List CurlRequest::fieldList(const URLRequest& request) {
     line += value.empty() ? ";" : ": ";
     add(line += value);
   }
+  if (!sendsBody(request)) return list;
   add("Expect:");
-  if (sendsBody(request) && !request.value("Content-Type")) add("Content-Type:");
+  if (!request.value("Content-Type")) add("Content-Type:");
   return list;
 }
 
@@ -137,6 +145,7 @@ void applyCommonOptions(CURL* easy, CURLSH* share) {
   curl_easy_setopt(easy, CURLOPT_COOKIEFILE, "");  // cookies are kept, in the share
   curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
   curl_easy_setopt(easy, CURLOPT_USERAGENT, "TQStoreKitLib");
+  if (!namesAProxy()) curl_easy_setopt(easy, CURLOPT_NOPROXY, "*");  // else it looks each time
   const char* const bundle = variable("CURL_CA_BUNDLE");
   const char* const roots = bundle != nullptr ? bundle : variable("SSL_CERT_FILE");
   if (roots != nullptr) curl_easy_setopt(easy, CURLOPT_CAINFO, roots);

@@ -30,7 +30,7 @@ NetworkThread& NetworkThread::instance() {
 }
 
 // What is registered last runs first at the exit: the thread has ended when TLS is torn down.
-NetworkThread::NetworkThread() {
+NetworkThread::NetworkThread() : process_(::getpid()) {
   makePipe(wake_);
   polled_.push_back({.fd = wake_[0], .events = POLLIN, .revents = 0});
   watchers_.push_back(nullptr);
@@ -57,6 +57,7 @@ void NetworkThread::wake() {
 }
 
 void NetworkThread::stop() {
+  if (::getpid() != process_) return;  // a copy of the process has no such thread
   std::thread thread;
   {
     const std::lock_guard lock(mutex_);
@@ -71,6 +72,7 @@ void NetworkThread::run() {
   now_ = Clock::now();
   while (runCommands()) {
     timers_.run(now_);
+    deliverAll();
     wait();
     now_ = Clock::now();
     tellWatchers();
@@ -90,6 +92,16 @@ bool NetworkThread::runCommands() {
     command = nullptr;
   }
   return true;
+}
+
+void NetworkThread::deliver(const Dispatch::SerialQueue& queue,
+                            Dispatch::SerialQueue::Block block) {
+  toDeliver_.emplace_back(queue, std::move(block));
+}
+
+void NetworkThread::deliverAll() {
+  for (auto& [queue, block] : toDeliver_) queue.async(std::move(block));
+  toDeliver_.clear();
 }
 
 int NetworkThread::timeToWait() const {

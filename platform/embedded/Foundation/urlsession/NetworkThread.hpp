@@ -1,13 +1,16 @@
 #pragma once
 
 #include <poll.h>
+#include <sys/types.h>
 
 #include <array>
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include "platform/embedded/Dispatch/SerialQueue.hpp"
 #include "platform/embedded/Foundation/urlsession/Timers.hpp"
 
 namespace Foundation::detail {
@@ -38,6 +41,9 @@ class NetworkThread {
 
   /// The rest is for what runs on the thread.
 
+  /// Hands `block` to `queue` when all has been done that there is to do now: the wire comes first,
+  /// and a thread that is woken for one block finds the next ones too.
+  void deliver(const Dispatch::SerialQueue& queue, Dispatch::SerialQueue::Block block);
   /// Watches a socket for poll's events POLLIN and POLLOUT; no events: not any more.
   void watch(int socket, short events, SocketWatcher* watcher);
   [[nodiscard]] Timers& timers() { return timers_; }
@@ -58,8 +64,10 @@ class NetworkThread {
   bool runCommands();
   void wait();
   void tellWatchers();
+  void deliverAll();
   [[nodiscard]] int timeToWait() const;
 
+  const pid_t process_;
   std::mutex mutex_;
   std::vector<Command> commands_;
   bool stopping_ = false;
@@ -71,6 +79,7 @@ class NetworkThread {
   std::vector<pollfd> polled_;            // the first is the pipe's
   std::vector<SocketWatcher*> watchers_;  // of the same places
   std::vector<Ready> ready_;
+  std::vector<std::pair<Dispatch::SerialQueue, Dispatch::SerialQueue::Block>> toDeliver_;
 };
 
 }  // namespace Foundation::detail

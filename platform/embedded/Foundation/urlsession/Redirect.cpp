@@ -9,16 +9,21 @@ namespace Foundation::detail {
 
 namespace {
 
+constexpr std::string_view kBeforeAuthority = "://";
+
 // "HTTP://Host:80" of "HTTP://User@Host:80/path?query".
 std::string origin(const URL& url) {
-  const auto& text = url.absoluteString();
-  const auto start = text.find("://");
-  if (start == std::string::npos) return text;
-  auto authority = text.substr(start + 3);
-  authority.resize(std::min(authority.find_first_of("/?#"), authority.size()));
-  const auto user = authority.rfind('@');
-  if (user != std::string::npos) authority.erase(0, user + 1);
-  return text.substr(0, start + 3) + authority;
+  std::string site(siteOf(url));
+  const auto start = site.find(kBeforeAuthority);
+  const auto user = site.rfind('@');
+  if (start == std::string::npos || user == std::string::npos) return site;
+  const auto authority = start + kBeforeAuthority.size();
+  return site.erase(authority, user + 1 - authority);
+}
+
+bool hasScheme(const URL& url, std::string_view schemeAndColon) {
+  const std::string_view text = url.absoluteString();
+  return isSameASCIIText(text.substr(0, schemeAndColon.size()), schemeAndColon);
 }
 
 bool turnsIntoGet(int status, const std::string& method) {
@@ -51,12 +56,22 @@ bool isSameOrigin(const URL& one, const URL& other) {
   return isSameASCIIText(origin(one), origin(other));
 }
 
-bool isLoadable(const URL& url) {
-  const auto scheme = url.scheme();
-  return scheme && (isSameASCIIText(*scheme, "http") || isSameASCIIText(*scheme, "https"));
+std::string_view siteOf(const URL& url) {
+  const std::string_view text = url.absoluteString();
+  const auto start = text.find(kBeforeAuthority);
+  if (start == std::string_view::npos) return text;
+  const auto* const end = std::find_if(text.begin() + start + kBeforeAuthority.size(), text.end(),
+                                       [](char c) { return c == '/' || c == '?' || c == '#'; });
+  return {text.begin(), end};
 }
 
-bool isSecure(const URL& url) { return isSameASCIIText(url.scheme().value_or(""), "https"); }
+bool namesAHost(const URL& url) {
+  const auto site = siteOf(url);
+  return site.find(kBeforeAuthority) != std::string_view::npos && !site.ends_with(kBeforeAuthority);
+}
+
+bool isLoadable(const URL& url) { return hasScheme(url, "http:") || isSecure(url); }
+bool isSecure(const URL& url) { return hasScheme(url, "https:"); }
 
 bool isSameASCIIText(std::string_view one, std::string_view other) {
   return one.size() == other.size() && ::strncasecmp(one.data(), other.data(), one.size()) == 0;

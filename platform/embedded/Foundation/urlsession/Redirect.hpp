@@ -20,6 +20,12 @@ namespace Foundation::detail {
 /// True when the addresses have the same scheme, host and port, as they are written.
 [[nodiscard]] bool isSameOrigin(const URL& one, const URL& other);
 
+/// The address up to its path: "http://host:80".
+[[nodiscard]] std::string_view siteOf(const URL& url);
+
+/// False without a host, as in "http:///goods", where libcurl would take "goods" for one.
+[[nodiscard]] bool namesAHost(const URL& url);
+
 /// True for "http" and "https".
 [[nodiscard]] bool isLoadable(const URL& url);
 /// True for "https".

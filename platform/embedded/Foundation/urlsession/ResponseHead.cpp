@@ -100,7 +100,7 @@ bool ResponseHead::hasBody(std::string_view method) const {
   return method != "HEAD" && status_ != kNoContent && status_ != kNotModified;
 }
 
-URLResponsePtr ResponseHead::response(const URL& url, std::int64_t length) const {
+URLResponsePtr ResponseHead::takeResponse(const URL& url, std::int64_t length) {
   const auto type = field("Content-Type");
   const auto encoding = lowerCase(field("Content-Encoding"));
   const bool decoded = !encoding.empty() && encoding != "identity";
@@ -109,7 +109,7 @@ URLResponsePtr ResponseHead::response(const URL& url, std::int64_t length) const
       .mimeType = mimeType(type),
       .expectedContentLength = decoded || length < 0 ? kUnknownLength : length,
       .textEncodingName = charset(type)};
-  return std::make_shared<const HTTPURLResponse>(std::move(contents), status_, fields_);
+  return std::make_shared<const HTTPURLResponse>(std::move(contents), status_, std::move(fields_));
 }
 
 }  // namespace Foundation::detail

@@ -23,8 +23,9 @@ class ResponseHead {
   /// Whether the answer to a request with this method has a body, be it an empty one.
   [[nodiscard]] bool hasBody(std::string_view method) const;
 
-  /// The answer that the head describes. `length`: bytes of the body on the wire, or below zero.
-  [[nodiscard]] URLResponsePtr response(const URL& url, std::int64_t length) const;
+  /// The answer that the head describes, which takes the fields along. `length`: bytes of the body
+  /// on the wire, or below zero.
+  [[nodiscard]] URLResponsePtr takeResponse(const URL& url, std::int64_t length);
 
  private:
   void begin(std::string_view statusLine);

@@ -25,7 +25,8 @@ void URLSessionTask::Implementation::cancel() {
   if (state_ == State::running) {
     session_->cancel(*this);
   } else if (state_ == State::suspended) {
-    end(shared_from_this(), detail::urlError(NSURLErrorCancelled, request_.url()));
+    queue().async(
+        ending(shared_from_this(), detail::urlError(NSURLErrorCancelled, request_.url())));
   } else {
     return;
   }
@@ -49,16 +50,19 @@ std::optional<NSError> URLSessionTask::Implementation::receiveBytes(std::string_
   return append(bytes);
 }
 
-void URLSessionTask::Implementation::end(std::shared_ptr<Implementation> task,
-                                         std::optional<NSError> error) {
-  const auto queue = task->session_->queue();
-  queue.async([self = std::move(task), failure = std::move(error)] {
+Dispatch::SerialQueue::Block URLSessionTask::Implementation::ending(
+    std::shared_ptr<Implementation> task, std::optional<NSError> error) {
+  return [self = std::move(task), failure = std::move(error)] {
     {
       const std::lock_guard lock(self->mutex_);
       self->state_ = State::completed;
     }
     self->complete(std::move(self->response_), failure);
-  });
+  };
+}
+
+const Dispatch::SerialQueue& URLSessionTask::Implementation::queue() const {
+  return session_->queue();
 }
 
 void URLSessionTask::resume() { implementation_->resume(); }

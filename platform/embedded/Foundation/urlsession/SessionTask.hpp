@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "platform/Foundation/URLSession.hpp"
+#include "platform/embedded/Dispatch/SerialQueue.hpp"
 
 namespace Foundation {
 
@@ -36,8 +37,11 @@ class URLSessionTask::Implementation : public std::enable_shared_from_this<Imple
   /// the task does not go on.
   [[nodiscard]] std::optional<NSError> receiveResponse(URLResponsePtr response, bool hasBody);
   [[nodiscard]] std::optional<NSError> receiveBytes(std::string_view bytes);
-  /// The outcome, once. Takes the reference along, so that the last one is not dropped here.
-  static void end(std::shared_ptr<Implementation> task, std::optional<NSError> error);
+  /// What is to run on the session's queue, once, with the outcome. Takes the reference along, so
+  /// that the last one is not dropped here.
+  [[nodiscard]] static Dispatch::SerialQueue::Block ending(std::shared_ptr<Implementation> task,
+                                                           std::optional<NSError> error);
+  [[nodiscard]] const Dispatch::SerialQueue& queue() const;
 
  protected:
   [[nodiscard]] URLSession::Implementation& session() const { return *session_; }

@@ -4,13 +4,17 @@ namespace Foundation::detail {
 
 void Timer::set(Clock::time_point time) {
   clear();
-  time_ = time;
-  timers_.set_.emplace(time, this);
+  if (off_.empty()) {
+    on_ = timers_.set_.emplace(time, this).first;
+  } else {
+    off_.value().first = time;
+    on_ = timers_.set_.insert(std::move(off_)).position;
+  }
 }
 
 void Timer::clear() {
-  if (time_) timers_.set_.erase({*time_, this});
-  time_.reset();
+  if (on_) off_ = timers_.set_.extract(*on_);
+  on_.reset();
 }
 
 void Timers::run(Clock::time_point now) {

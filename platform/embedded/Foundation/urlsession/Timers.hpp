@@ -27,8 +27,12 @@ class Timer {
   virtual void timeHasCome() = 0;
 
  private:
+  using Set = std::set<std::pair<Clock::time_point, Timer*>>;
+  friend class Timers;
+
   Timers& timers_;
-  std::optional<Clock::time_point> time_;
+  Set::node_type off_;  // kept for the next time
+  std::optional<Set::iterator> on_;
 };
 
 /// All timers of one thread.
@@ -40,7 +44,7 @@ class Timers {
 
  private:
   friend class Timer;
-  std::set<std::pair<Clock::time_point, Timer*>> set_;
+  Timer::Set set_;
 };
 
 }  // namespace Foundation::detail

@@ -1,9 +1,7 @@
 #include "platform/embedded/Foundation/urlsession/Transfer.hpp"
 
 #include <chrono>
-#include <utility>
 
-#include "platform/embedded/Foundation/urlsession/Redirect.hpp"
 #include "platform/embedded/Foundation/urlsession/SessionTask.hpp"
 #include "platform/embedded/Foundation/urlsession/TransferError.hpp"
 #include "platform/embedded/Foundation/urlsession/URLErrors.hpp"
@@ -30,11 +28,10 @@ Transfer::Transfer(ConnectionPool& pool, NetworkThread& thread, TaskPtr task)
       pool_(pool),
       thread_(thread),
       task_(std::move(task)),
-      easy_(pool.takeHandle()),
       patience_(patienceOf(task_->originalRequest())),
       lastSign_(Clock::now()) {}
 
-Transfer::~Transfer() { pool_.giveBack(easy_); }
+Transfer::~Transfer() = default;
 
 const URLRequest& Transfer::request() const {
   return redirected_ ? *redirected_ : task_->originalRequest();
@@ -47,29 +44,32 @@ void Transfer::start() {
 }
 
 void Transfer::cancel() {
-  pool_.remove(easy_);
+  pool_.remove(*this);
   finish(urlError(NSURLErrorCancelled, request().url()));
 }
 
 void Transfer::send() {
   head_ = {};
   sent_ = 0;
-  curlRequest_.apply(request(), easy_);
-  setCallbacks();
-  curl_easy_setopt(easy_, CURLOPT_BUFFERSIZE, task_->bufferSize());
-  pool_.add(easy_);
+  pool_.add(*this);
 }
 
-void Transfer::setCallbacks() {
-  curl_easy_setopt(easy_, CURLOPT_PRIVATE, this);
-  curl_easy_setopt(easy_, CURLOPT_ERRORBUFFER, errorText_.data());
-  curl_easy_setopt(easy_, CURLOPT_HEADERFUNCTION, takeHead);
-  curl_easy_setopt(easy_, CURLOPT_HEADERDATA, this);
-  curl_easy_setopt(easy_, CURLOPT_WRITEFUNCTION, takeBody);
-  curl_easy_setopt(easy_, CURLOPT_WRITEDATA, this);
-  curl_easy_setopt(easy_, CURLOPT_NOPROGRESS, request().httpBody() ? 0L : 1L);
-  curl_easy_setopt(easy_, CURLOPT_XFERINFOFUNCTION, takeProgress);
-  curl_easy_setopt(easy_, CURLOPT_XFERINFODATA, this);
+void Transfer::apply(CURL* easy) {
+  easy_ = easy;
+  curlRequest_.apply(request(), easy);
+  curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, task_->bufferSize());
+  curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
+  curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, errorText_.data());
+  curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
+  curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
+  curl_easy_setopt(easy, CURLOPT_NOPROGRESS, request().httpBody() ? 0L : 1L);
+  curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
+}
+
+void Transfer::applyFunctions(CURL* easy) {
+  curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, takeHead);
+  curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, takeBody);
+  curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, takeProgress);
 }
 
 void Transfer::ended(CURLcode result) {
@@ -80,13 +80,13 @@ void Transfer::ended(CURLcode result) {
     receiveHead();
     failure = std::exchange(problem_, std::nullopt);
   }
-  pool_.remove(easy_);
+  pool_.remove(*this);
   finish(std::move(failure));
 }
 
 void Transfer::followRedirect() {
   const auto next = location();
-  pool_.remove(easy_);
+  pool_.remove(*this);
   const auto& here = request().url();
   if (!next) return finish(urlError(NSURLErrorRedirectToNonExistentLocation, here));
   if (++redirects_ > kMostRedirects) return finish(urlError(NSURLErrorHTTPTooManyRedirects, *next));
@@ -110,29 +110,30 @@ void Transfer::receiveHead() {
   if (std::exchange(hasHead_, true)) return;
   curl_off_t length = kUnknownLength;
   curl_easy_getinfo(easy_, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
-  problem_ = task_->receiveResponse(head_.response(request().url(), length),
-                                    head_.hasBody(request().httpMethod()));
+  auto response = head_.takeResponse(request().url(), length);
+  problem_ = task_->receiveResponse(std::move(response), head_.hasBody(request().httpMethod()));
 }
 
 // Nothing of this object may be used afterwards.
 void Transfer::finish(std::optional<NSError> error) {
   clear();
-  auto task = task_;
+  const auto& queue = task_->queue();
+  thread_.deliver(queue, URLSessionTask::Implementation::ending(task_, std::move(error)));
   pool_.forget(*this);
-  URLSessionTask::Implementation::end(std::move(task), std::move(error));
 }
 
 NSError Transfer::failureOf(CURLcode result) const {
   CurlFailure failure{.code = result, .text = errorText_.data()};
   curl_easy_getinfo(easy_, CURLINFO_OS_ERRNO, &failure.systemError);
   curl_easy_getinfo(easy_, CURLINFO_SSL_VERIFYRESULT, &failure.certificateError);
+  curl_easy_getinfo(easy_, CURLINFO_HTTP_CONNECTCODE, &failure.proxyStatus);
   return transferError(failure, request().url(), networkIsUp());
 }
 
 void Transfer::timeHasCome() {
   const auto end = lastSign_ + patience_;
   if (end > thread_.now()) return set(end);
-  pool_.remove(easy_);
+  pool_.remove(*this);
   finish(urlError(NSURLErrorTimedOut, request().url()));
 }
 
@@ -147,8 +148,10 @@ std::size_t Transfer::takeHead(char* line, std::size_t, std::size_t size, void* 
 std::size_t Transfer::takeBody(char* bytes, std::size_t, std::size_t size, void* transfer) {
   auto& self = *static_cast<Transfer*>(transfer);
   self.somethingHappened();
-  if (self.leadsElsewhere()) return size;
-  self.receiveHead();
+  if (!self.hasHead_) {
+    if (self.leadsElsewhere()) return size;
+    self.receiveHead();
+  }
   if (!self.problem_) self.problem_ = self.task_->receiveBytes({bytes, size});
   return self.problem_ ? 0 : size;
 }

@@ -6,10 +6,12 @@
 #include <cstddef>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "platform/embedded/Foundation/urlsession/ConnectionPool.hpp"
 #include "platform/embedded/Foundation/urlsession/CurlRequest.hpp"
 #include "platform/embedded/Foundation/urlsession/NetworkThread.hpp"
+#include "platform/embedded/Foundation/urlsession/Redirect.hpp"
 #include "platform/embedded/Foundation/urlsession/ResponseHead.hpp"
 
 namespace Foundation::detail {
@@ -25,6 +27,9 @@ class Transfer final : Timer {
   Transfer(ConnectionPool& pool, NetworkThread& thread, TaskPtr task);
   ~Transfer() override;
 
+  /// Sets on a new handle what all transfers do with what comes.
+  static void applyFunctions(CURL* easy);
+
   /// Each may end the transfer and with it this object.
   void start();
   void cancel();
@@ -32,10 +37,15 @@ class Transfer final : Timer {
 
   [[nodiscard]] const URLSessionTask::Implementation* key() const { return task_.get(); }
 
+  /// For the pool: whom the request goes to, and the handle while it is on the wire, null before.
+  [[nodiscard]] std::string_view site() const { return siteOf(request().url()); }
+  [[nodiscard]] bool isSecure() const { return detail::isSecure(request().url()); }
+  void apply(CURL* easy);
+  [[nodiscard]] CURL* takeHandle() { return std::exchange(easy_, nullptr); }
+
  private:
   [[nodiscard]] const URLRequest& request() const;
   void send();
-  void setCallbacks();
   void followRedirect();
   [[nodiscard]] std::optional<URL> location() const;
   [[nodiscard]] bool leadsElsewhere() const;
@@ -52,7 +62,7 @@ class Transfer final : Timer {
   ConnectionPool& pool_;
   NetworkThread& thread_;
   TaskPtr task_;
-  CURL* const easy_;
+  CURL* easy_ = nullptr;
   CurlRequest curlRequest_;
   std::optional<URLRequest> redirected_;
   int redirects_ = 0;

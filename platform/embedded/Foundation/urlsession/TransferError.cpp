@@ -74,7 +74,13 @@ bool wantsClientCertificate(const CurlFailure& failure) {
          failure.text.find("certificate required") != std::string::npos;
 }
 
+bool isRefusedByProxy(const CurlFailure& failure) {
+  return failure.code == CURLE_RECV_ERROR && failure.proxyStatus != 0 &&
+         failure.proxyStatus / 100 != 2;
+}
+
 NSURLErrorCode codeFor(const CurlFailure& failure, bool networkIsUp) {
+  if (isRefusedByProxy(failure)) return NSURLErrorCannotConnectToHost;
   switch (failure.code) {
     case CURLE_URL_MALFORMAT:
       return NSURLErrorBadURL;

@@ -14,6 +14,7 @@ struct CurlFailure {
   CURLcode code = CURLE_OK;
   long systemError = 0;       ///< CURLINFO_OS_ERRNO
   long certificateError = 0;  ///< CURLINFO_SSL_VERIFYRESULT, one of OpenSSL's X509_V_ERR numbers
+  long proxyStatus = 0;       ///< CURLINFO_HTTP_CONNECTCODE, 0 without a proxy's tunnel
   std::string text;           ///< what its error buffer says
 };
 

@@ -1,8 +1,58 @@
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
+#include <array>
 #include <thread>
 
 #include "tests/platform/embedded/Foundation/urlsession/Loading.hpp"
+
+namespace tests {
+
+// Takes one connection and never says anything on it.
+class SilentListener {
+ public:
+  SilentListener() : listener_(::socket(AF_INET, SOCK_STREAM, 0)) {
+    address_.sin_family = AF_INET;
+    address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address_;
+    EXPECT_EQ(::bind(listener_, address(), size), 0);
+    EXPECT_EQ(::listen(listener_, 1), 0);
+    EXPECT_EQ(::getsockname(listener_, address(), &size), 0);
+  }
+  ~SilentListener() {
+    if (peer_ >= 0) ::close(peer_);
+    ::close(listener_);
+  }
+  SilentListener(const SilentListener&) = delete;
+  SilentListener& operator=(const SilentListener&) = delete;
+
+  [[nodiscard]] int port() const { return ntohs(address_.sin_port); }
+  bool hasHeardSomething() {
+    peer_ = ::accept(listener_, nullptr, nullptr);
+    return read() > 0;
+  }
+  // Waits until the other side has closed the connection.
+  bool isLeft() {
+    while (read() > 0) {
+    }
+    return true;
+  }
+
+ private:
+  sockaddr* address() { return reinterpret_cast<sockaddr*>(&address_); }
+  ssize_t read() {
+    std::array<char, 4096> bytes{};
+    return ::recv(peer_, bytes.data(), bytes.size(), 0);
+  }
+
+  int listener_;
+  int peer_ = -1;
+  sockaddr_in address_{};
+};
+
+}  // namespace tests
 
 namespace Foundation {
 namespace {
@@ -99,6 +149,18 @@ TEST_F(Cancel, WhileItWaitsForAConnection) {
 
   ASSERT_TRUE(others.waitFor(6));
   expectOneCancelledEnding();
+}
+
+TEST_F(Cancel, WhileTheOtherSideDoesNotShakeHands) {
+  tests::SilentListener listener;
+  const auto task =
+      taskFor(requestFor("https://127.0.0.1:" + std::to_string(listener.port()) + "/"));
+  task->resume();
+  ASSERT_TRUE(listener.hasHeardSomething());
+  task->cancel();
+
+  EXPECT_EQ(endings.first().code(), NSURLErrorCancelled);
+  EXPECT_TRUE(listener.isLeft());
 }
 
 TEST_F(Cancel, AfterARedirect) {

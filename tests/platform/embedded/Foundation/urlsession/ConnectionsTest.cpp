@@ -108,6 +108,19 @@ TEST_F(Cookies, AreKeptInASession) {
   EXPECT_EQ(seen["headers"]["cookie"], "flavour=vanilla");
 }
 
+TEST_F(Cookies, AreTakenByRequestsThatWereUnderWayAtTheSameTime) {
+  const auto session = tests::newSession();
+  Endings waiting;
+  session->dataTask(requestFor(server.url("/wait")), waiting.forData())->resume();
+  ASSERT_TRUE(server.waitForRequests(1));
+  (void)load(*session, requestFor(server.url("/set-cookie?flavour=vanilla")));
+  server.openGate("answer");
+  ASSERT_TRUE(waiting.waitFor(1));
+  const auto seen = load(*session, requestFor(server.url("/echo"))).json();
+
+  EXPECT_EQ(seen["headers"]["cookie"], "flavour=vanilla");
+}
+
 TEST_F(Cookies, AreNotToldToOtherSessions) {
   const auto session = tests::newSession();
   (void)load(*session, requestFor(server.url("/set-cookie?flavour=vanilla")));

@@ -74,6 +74,18 @@ TEST_F(DownloadDelegate, HearsOfEveryByteOnceAndInOrder) {
   EXPECT_EQ(sum, 500000);
 }
 
+TEST_F(DownloadDelegate, HearsOfEachByteAsItComes) {
+  delegate->onReport = [&](auto&) { server.openGate(std::to_string(delegate->reports.size())); };
+  server.openGate("0");
+  EXPECT_EQ(download("/drip").fileBytes, "0123456789");
+
+  ASSERT_EQ(delegate->reports.size(), 10U);
+  for (std::size_t i = 0; i < 10; ++i) {
+    EXPECT_EQ(delegate->reports[i].written, 1);
+    EXPECT_EQ(delegate->reports[i].total, static_cast<std::int64_t>(i + 1));
+  }
+}
+
 TEST_F(DownloadDelegate, HearsANegativeLengthWhenNobodySaidOne) {
   (void)download("/no-length/1000");
 

@@ -59,6 +59,16 @@ TEST_F(Download, LeavesNoFileBehindUnlessItIsMovedAway) {
   EXPECT_TRUE(tests::eventually([&] { return downloads.files() == 0; }));
 }
 
+TEST_F(Download, LeavesNoFileBehindWhileItsTaskIsKept) {
+  tests::Endings endings;
+  const auto task =
+      tests::newSession()->downloadTask(address(server.url("/file/a")), endings.forDownload());
+  task->resume();
+  EXPECT_TRUE(endings.first().path);
+
+  EXPECT_TRUE(tests::eventually([&] { return downloads.files() == 0; }));
+}
+
 TEST_F(Download, LeavesAFileThatWasMovedAway) {
   const auto target = downloads.path() + "/kept";
   tests::Endings endings;

@@ -87,7 +87,9 @@ TEST(LoadingError, IsForAnAddressOfAnotherKind) {
 }
 
 TEST(LoadingError, IsForAnAddressWithoutHostOrWithAWrongPort) {
-  for (const char* text : {"http:///path", "http://127.0.0.1:99999/", "http://"}) {
+  for (const char* text :
+       {"http:///path", "http://", "http://?query", "http://:80/", "http://user@/",
+        "http://user@:80/", "http:path", "http:/path", "http://127.0.0.1:99999/"}) {
     EXPECT_EQ(load(text).code(), NSURLErrorBadURL) << text;
   }
 }
