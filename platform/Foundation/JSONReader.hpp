@@ -32,8 +32,10 @@ inline constexpr std::size_t kLongestJSON = std::size_t{1} << 30U;
 ///
 /// Every function that reads says whether it could: a value of another kind stays where it is. What
 /// was not read when the reader steps on is skipped, and checked. Text that is no JSON (RFC 8259,
-/// strictly; UTF-8), at whatever place, or too long, is a `problem`: from then on nothing can be
-/// read.
+/// strictly), at whatever place, or too long, is a `problem`: from then on nothing can be read.
+///
+/// The text is UTF-8, with or without a byte order mark before it. UTF-16 and UTF-32 are no JSON
+/// here: they are for `decodeText` (StringEncoding.hpp) first.
 /// Thread: one reader is used by one thread at a time.
 class JSONReader {
  public:

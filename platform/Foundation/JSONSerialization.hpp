@@ -34,7 +34,7 @@ class JSONSerialization {
   /// UTF-8, and more than `kDeepestJSON` lists and maps within each other.
   [[nodiscard]] static JSONEncoding data(const JSONValue& object);
 
-  /// Reads the whole of `text`. Fails for what is no JSON (RFC 8259, strictly; UTF-8), for another
+  /// Reads the whole of `text`, which JSONReader.hpp describes. Fails for what is no JSON, for another
   /// outermost value, more than `kDeepestJSON` lists and maps within each other, and more text than
   /// can be read at once. Of two fields with one key the later one stays.
   [[nodiscard]] static JSONReading jsonObject(std::string_view text);

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Foundation/UnicodeText.hpp"
 #include "platform/apple/Foundation/JSONScanner.hpp"
 
 // The platform's own parser builds a tree and rounds numbers, so that this one reads the text.
@@ -23,7 +24,7 @@ struct Level {
 class JSONReader::Implementation {
  public:
   explicit Implementation(std::string_view text)
-      : scanner_(text.size() > kLongestJSON ? std::string_view() : text) {
+      : scanner_(text.size() > kLongestJSON ? std::string_view() : withoutMark(text)) {
     if (text.size() > kLongestJSON) scanner_.stop("the text is too long");
     if (scanner_.isAtEnd()) scanner_.stop("the text is empty");
   }

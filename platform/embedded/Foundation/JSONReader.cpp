@@ -6,6 +6,8 @@
 #include <variant>
 #include <vector>
 
+#include "platform/Foundation/UnicodeText.hpp"
+
 namespace Foundation {
 
 namespace {
@@ -70,7 +72,7 @@ class JSONReader::Implementation {
       problem_ = "the text is too long";
       return;
     }
-    text_ = padded(text);
+    text_ = padded(withoutMark(text));
     const auto length = text_.size() - simdjson::SIMDJSON_PADDING;
     ondemand::array outermost;
     if (!succeeds(parser_.iterate(text_.data(), length, text_.size()).get(document_)) ||

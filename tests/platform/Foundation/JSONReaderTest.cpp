@@ -112,6 +112,28 @@ TEST(JSONReader, RefusesWhatIsNoText) {
   EXPECT_FALSE(isJSON("\"a\0b\""sv));
 }
 
+TEST(JSONReader, PassesOverAByteOrderMarkBeforeTheText) {
+  EXPECT_EQ(numberIn("\xEF\xBB\xBF"
+                     "7"),
+            JSONNumber(std::int64_t{7}));
+  EXPECT_TRUE(isJSON("\xEF\xBB\xBF {\"a\": []}"));
+}
+
+TEST(JSONReader, RefusesAByteOrderMarkAnywhereElse) {
+  EXPECT_FALSE(isJSON("\xEF\xBB\xBF"));
+  EXPECT_FALSE(isJSON("\xEF\xBB\xBF\xEF\xBB\xBF[]"));
+  EXPECT_FALSE(isJSON(" \xEF\xBB\xBF[]"));
+  EXPECT_FALSE(isJSON("[]\xEF\xBB\xBF"));
+  EXPECT_FALSE(isJSON("\xEF\xBB[]"));
+  EXPECT_TRUE(isJSON("\"\xEF\xBB\xBF\"")) << "in a text it is a character like any other";
+}
+
+TEST(JSONReader, RefusesUTF16AndUTF32) {
+  EXPECT_FALSE(isJSON("\xFF\xFE[\0]\0"sv));
+  EXPECT_FALSE(isJSON("[\0]\0"sv));
+  EXPECT_FALSE(isJSON("\0\0\0[\0\0\0]"sv));
+}
+
 TEST(JSONReader, RefusesInvalidUTF8) {
   EXPECT_FALSE(isJSON("\"\xFF\""));
   EXPECT_FALSE(isJSON("\"\xC0\x80\""));
