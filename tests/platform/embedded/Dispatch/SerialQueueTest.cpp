@@ -93,6 +93,40 @@ TEST(SerialQueue, MayBeWaitedForByManyOthers) {
   }
 }
 
+TEST(SerialQueue, TakesABlockFromOneThatIsBeingDestroyed) {
+  const SerialQueue queue;
+  std::promise<void> done;
+  std::promise<void> isFull;
+  queue.async([witness = onDestruction([&] { queue.async([&] { done.set_value(); }); }),
+               full = isFull.get_future().share()] { full.wait(); });
+  queue.async([] {});
+  isFull.set_value();
+
+  EXPECT_EQ(done.get_future().wait_for(std::chrono::seconds(10)), std::future_status::ready);
+}
+
+// Each time there is one more than there are threads left over from the time before.
+TEST(SerialQueue, GetsAThreadOfItsOwnWhenTheIdleOnesAreSpokenFor) {
+  for (int others = 1; others <= 20; ++others) {
+    const auto open = std::make_shared<std::promise<void>>();
+    const std::shared_future<void> gate = open->get_future();
+    std::vector<std::future<void>> all;
+    for (int i = 0; i < others; ++i) {
+      auto done = std::make_shared<std::promise<void>>();
+      all.push_back(done->get_future());
+      SerialQueue().async([gate, done] {
+        gate.wait();
+        done->set_value();
+      });
+    }
+    SerialQueue().async([open] { open->set_value(); });
+
+    for (auto& done : all) {
+      ASSERT_EQ(done.wait_for(std::chrono::seconds(10)), std::future_status::ready);
+    }
+  }
+}
+
 TEST(SerialQueue, TakesBlocksFromManyThreadsAndRunsOneAtATime) {
   const SerialQueue queue;
   int count = 0;  // no lock: the queue is one
