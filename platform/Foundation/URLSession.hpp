@@ -38,7 +38,9 @@ class URLSessionDownloadDelegate {
 /// user code, may do anything with any task or session, and are destroyed on that queue when they
 /// have run.
 ///
-/// Cookies and connections are shared by the tasks of one session, and by no others. Redirects are
+/// The tasks of one session share its connections and its cookies. On the phone the cookies are
+/// those of the application: all sessions have them in common, and they may outlast the process.
+/// Elsewhere each session has cookies of its own, in memory, as long as it lives. Redirects are
 /// followed as browsers do: 303 turns into a GET, and so does a POST by 301 or 302. Errors are in
 /// `NSURLErrorDomain`.
 ///
