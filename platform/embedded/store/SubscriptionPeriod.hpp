@@ -16,6 +16,8 @@ struct SubscriptionPeriod {
   bool running = true;
   bool renews = true;      ///< auto-renewal is switched on
   std::string renewsAs{};  ///< the product of the next period
+  /// The promotional offer, by its identifier, that the next period has.
+  std::optional<std::string> renewsWithOffer{};
   /// Since when the renewal could not be paid.
   std::optional<Foundation::Date> retryingSince{};
   bool asksForPriceIncrease = false;  ///< without the user's consent it ends with the period

@@ -67,6 +67,7 @@ Json periodJson(const SubscriptionPeriod& period) {
   if (const auto& since = period.retryingSince) {
     json["retryingSince"] = since->timeIntervalSince1970();
   }
+  if (const auto& offer = period.renewsWithOffer) json["renewsWithOffer"] = *offer;
   return json;
 }
 
@@ -102,6 +103,9 @@ SubscriptionPeriod periodFrom(const std::string& text) {
                             .asksForPriceIncrease = json.at("asksForPriceIncrease")};
   if (const auto since = json.find("retryingSince"); since != json.end()) {
     period.retryingSince = Foundation::Date::sinceEpoch(*since);
+  }
+  if (const auto offer = json.find("renewsWithOffer"); offer != json.end()) {
+    period.renewsWithOffer = offer->get<std::string>();
   }
   return period;
 }

@@ -21,6 +21,11 @@ SKProductSubscriptionPeriod firstPeriod(const SKProductDiscount& offer) {
   return period;
 }
 
+std::optional<std::string> offerOf(const SKPayment::Values& payment) {
+  if (!payment.paymentDiscount) return std::nullopt;
+  return payment.paymentDiscount->identifier;
+}
+
 void close(LedgerEntry& running, Foundation::Date end) {
   auto& period = periodOf(running);
   period.running = false;
@@ -72,17 +77,19 @@ void Sale::purchase(LedgerEntry entry) {
 void Sale::buySubscription(LedgerEntry entry, const CatalogueEntry& product) {
   const auto group = product.product->subscriptionGroupIdentifier().value_or("");
   auto* const before = running(group);
+  const auto offer = offerOf(entry.payment);
   if (before == nullptr || periodOf(*before).retryingSince) {
-    beginPeriod(std::move(entry), product, now_);
+    beginPeriod(std::move(entry), product, offer, now_);
     return;
   }
   const bool same = before->payment.productIdentifier == entry.payment.productIdentifier;
   if (!same && !waitsForRenewal(*before, product)) {
-    beginPeriod(std::move(entry), product, now_);
+    beginPeriod(std::move(entry), product, offer, now_);
     return;
   }
   periodOf(*before).renews = true;
   periodOf(*before).renewsAs = entry.payment.productIdentifier;
+  periodOf(*before).renewsWithOffer = offer;
   entry.original = original(group);
   keep(std::move(entry));
 }
@@ -98,10 +105,9 @@ bool Sale::waitsForRenewal(const LedgerEntry& running, const CatalogueEntry& pro
 }
 
 Foundation::Date Sale::firstEnd(const LedgerEntry& entry, const SKProduct& product,
-                                Foundation::Date begin) const {
+                                const Offer& offer, Foundation::Date begin) const {
   auto length = product.subscriptionPeriod().value_or(SKProductSubscriptionPeriod());
-  const auto& discount = entry.payment.paymentDiscount;
-  const auto* const promotion = discount ? findOffer(product, discount->identifier) : nullptr;
+  const auto* const promotion = offer ? findOffer(product, *offer) : nullptr;
   if (promotion != nullptr) {
     length = firstPeriod(*promotion);
   } else if (const auto& introduction = product.introductoryPrice();
@@ -111,12 +117,13 @@ Foundation::Date Sale::firstEnd(const LedgerEntry& entry, const SKProduct& produ
   return periodEnd(begin, length, timeRate_);
 }
 
-void Sale::beginPeriod(LedgerEntry entry, const CatalogueEntry& product, Foundation::Date begin) {
+void Sale::beginPeriod(LedgerEntry entry, const CatalogueEntry& product, const Offer& offer,
+                       Foundation::Date begin) {
   const auto group = product.product->subscriptionGroupIdentifier().value_or("");
   if (auto* const before = running(group)) close(*before, begin);
   entry.original = original(group);
   entry.period = {.group = group,
-                  .ends = firstEnd(entry, *product.product, begin),
+                  .ends = firstEnd(entry, *product.product, offer, begin),
                   .renewsAs = entry.payment.productIdentifier};
   running_[group] = changes_.size();
   keep(std::move(entry));
@@ -131,7 +138,8 @@ void Sale::renew(const std::string& group, Foundation::Date begin) {
                    .payment = {.productIdentifier = periodOf(*before).renewsAs,
                                .applicationUsername = before->payment.applicationUsername},
                    .transactionDate = begin};
-  beginPeriod(std::move(next), *product, begin);
+  const auto offer = periodOf(*before).renewsWithOffer;
+  beginPeriod(std::move(next), *product, offer, begin);
 }
 
 void Sale::end(const std::string& group) {

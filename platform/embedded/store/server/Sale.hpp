@@ -51,9 +51,12 @@ class Sale {
 
  private:
   void load();
-  void beginPeriod(LedgerEntry entry, const CatalogueEntry& product, Foundation::Date begin);
+  // A promotional offer, by its identifier.
+  using Offer = std::optional<std::string>;
+  void beginPeriod(LedgerEntry entry, const CatalogueEntry& product, const Offer& offer,
+                   Foundation::Date begin);
   [[nodiscard]] Foundation::Date firstEnd(const LedgerEntry& entry, const SKProduct& product,
-                                          Foundation::Date begin) const;
+                                          const Offer& offer, Foundation::Date begin) const;
   void buySubscription(LedgerEntry entry, const CatalogueEntry& product);
   [[nodiscard]] bool waitsForRenewal(const LedgerEntry& running,
                                      const CatalogueEntry& product) const;

@@ -132,6 +132,32 @@ TEST_F(SubscriptionOffer, APromotionIsForThoseWhoAreSubscribed) {
   EXPECT_EQ(shop.periods().back(), "monthly 0-300");
 }
 
+TEST_F(SubscriptionOffer, APromotionOfALowerLevelIsThatOfTheNextPeriodAlone) {
+  shop.own("gold");  // a free week
+  EXPECT_EQ(buyWith(signedNow("halfYear")), -1);
+  shop.wait(tests::kFastWeek);
+  EXPECT_THAT(shop.periods(), ElementsAre("gold 0-180", "monthly 180-1980"));
+  shop.wait(1800);
+  EXPECT_EQ(shop.periods().back(), "monthly 1980-2280");
+}
+
+TEST_F(SubscriptionOffer, APromotionOfTheRunningProductIsThatOfTheNextPeriod) {
+  shop.own("basic");
+  shop.own("monthly");
+  EXPECT_EQ(buyWith(signedNow("halfYear")), -1);
+  shop.wait(tests::kFastMonth);
+  EXPECT_EQ(shop.periods().back(), "monthly 300-2100");
+}
+
+TEST_F(SubscriptionOffer, APromotionThatWaitsIsForgottenWhenTheProductIsBoughtWithoutIt) {
+  shop.own("basic");
+  shop.own("monthly");
+  EXPECT_EQ(buyWith(signedNow("halfYear")), -1);
+  shop.own("monthly");
+  shop.wait(tests::kFastMonth);
+  EXPECT_EQ(shop.periods().back(), "monthly 300-600");
+}
+
 TEST_F(SubscriptionOffer, APromotionPaidUpFrontIsOneLongPeriod) {
   beLapsed();
   EXPECT_EQ(buyWith(signedNow("halfYear")), -1);
