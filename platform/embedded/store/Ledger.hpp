@@ -91,11 +91,13 @@ class Ledger {
   /// How `replace` ended.
   struct Replacement {
     Failure error{};
-    bool conflict = false;  ///< somebody else was faster; nothing was written
+    /// Somebody else was faster; nothing was written.
+    bool conflict = false;
   };
 
   /// Changes entries that were read before and adds those that have no number yet, all of them or
-  /// none: none when it answers with an error, and when somebody else has changed one since.
+  /// none: none when it answers with an error, when somebody else has changed one since, and when
+  /// a subscription group would come to have a second running period.
   [[nodiscard]] virtual Replacement replace(LedgerEntries& entries, Durability durability,
                                             const Complete& complete = nullptr) = 0;
 

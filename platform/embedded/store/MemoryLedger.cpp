@@ -56,12 +56,27 @@ Ledger::Failure MemoryLedger::update(LedgerEntries& entries, Durability) {
   return std::nullopt;
 }
 
+// Whether its subscription has a running period already, which does not change along with it.
+bool MemoryLedger::isSecondRunning(const LedgerEntry& entry, const LedgerEntries& changes) const {
+  if (!entry.period || !entry.period->running) return false;
+  const auto alsoChanges = [&](const LedgerEntry& there) {
+    return std::any_of(changes.begin(), changes.end(), [&](const LedgerEntry& change) {
+      return change.identifier == there.identifier;
+    });
+  };
+  const auto running = runningPeriods();
+  return std::any_of(running.begin(), running.end(), [&](const LedgerEntry& there) {
+    return there.period->group == entry.period->group && !alsoChanges(there);
+  });
+}
+
 Ledger::Replacement MemoryLedger::replace(LedgerEntries& entries, Durability durability,
                                           const Complete& complete) {
   if (!hasAll(entries)) return {.error = missingEntry()};
   for (const auto& entry : entries) {
-    if (entry.identifier == 0) continue;
-    if (entries_[entry.identifier].revision != entry.revision) return {.conflict = true};
+    const bool isNew = entry.identifier == 0;
+    const bool changed = !isNew && entries_[entry.identifier].revision != entry.revision;
+    if (changed || isSecondRunning(entry, entries)) return {.conflict = true};
   }
   for (auto& entry : entries) {
     if (entry.identifier != 0) {

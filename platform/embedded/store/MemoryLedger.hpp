@@ -34,6 +34,7 @@ class MemoryLedger final : public Ledger {
   void watch(std::function<void()>) override {}
 
  private:
+  [[nodiscard]] bool isSecondRunning(const LedgerEntry& entry, const LedgerEntries& changes) const;
   [[nodiscard]] bool hasAll(const LedgerEntries& entries) const;
   void store(LedgerEntry& entry);
 

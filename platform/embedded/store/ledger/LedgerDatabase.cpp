@@ -1,5 +1,6 @@
 #include "platform/embedded/store/ledger/LedgerDatabase.hpp"
 
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 
@@ -26,17 +27,20 @@ std::int64_t raise(SqliteDatabase& database, std::string_view counter) {
   return value;
 }
 
-// Commits do not wait for the disk while this lives. What closes the database afterwards, and may
-// bring the log into the file and remove it, waits again.
+// Commits do not wait for the disk while this lives, and none brings the log into the file: what is
+// there must have reached the disk before. What does so afterwards, or closes the database, waits
+// again.
 class Relaxation {
  public:
   Relaxation(SqliteDatabase& database, bool wanted) : database_(database), wanted_(wanted) {
-    if (wanted_) database_.execute("PRAGMA synchronous = OFF");
+    if (!wanted_) return;
+    sqlite3_wal_autocheckpoint(database_.handle(), 0);
+    database_.execute("PRAGMA synchronous = OFF");
   }
   ~Relaxation() {
-    if (wanted_) {
-      sqlite3_exec(database_.handle(), "PRAGMA synchronous = FULL", nullptr, nullptr, nullptr);
-    }
+    if (!wanted_) return;
+    sqlite3_exec(database_.handle(), "PRAGMA synchronous = FULL", nullptr, nullptr, nullptr);
+    sqlite3_wal_autocheckpoint(database_.handle(), kPagesOfLongLog);
   }
   Relaxation(const Relaxation&) = delete;
   Relaxation& operator=(const Relaxation&) = delete;
@@ -166,6 +170,17 @@ void LedgerDatabase::update(LedgerEntries& entries, Durability durability) {
   });
 }
 
+// Whether its subscription has a running period already, which does not change along with it.
+bool LedgerDatabase::isSecondRunning(const LedgerEntry& entry, const LedgerEntries& changes) {
+  if (!entry.period || !entry.period->running) return false;
+  const auto running = select("WHERE running = 1 AND subscription_group = ?", entry.period->group);
+  return std::any_of(running.begin(), running.end(), [&](const LedgerEntry& there) {
+    return std::none_of(changes.begin(), changes.end(), [&](const LedgerEntry& change) {
+      return change.identifier == there.identifier;
+    });
+  });
+}
+
 bool LedgerDatabase::replace(LedgerEntries& entries, Durability durability,
                              const Ledger::Complete& complete) {
   const Relaxation relaxation(*database_, durability == Durability::killedProcess);
@@ -173,6 +188,7 @@ bool LedgerDatabase::replace(LedgerEntries& entries, Durability durability,
   for (const auto& entry : entries) {
     const bool isNew = entry.identifier == 0;
     if (!isNew && known(entry.identifier).revision != entry.revision) return false;
+    if (isSecondRunning(entry, entries)) return false;
   }
   const auto revision = raise(*database_, "revision");
   for (auto& entry : entries) {

@@ -62,6 +62,7 @@ class LedgerDatabase {
   void insert(LedgerEntry& entry, std::int64_t revision, const Ledger::Complete& complete);
   void write(LedgerEntry& entry, std::int64_t revision);
   [[nodiscard]] LedgerEntry known(std::int64_t identifier);
+  [[nodiscard]] bool isSecondRunning(const LedgerEntry& entry, const LedgerEntries& changes);
   void settingsChanged(std::int64_t revision);
 
   std::string path_;

@@ -186,9 +186,7 @@ std::unique_ptr<SqliteDatabase> openLedgerFile(const std::string& path) {
   checkVersion(*database, path);
   makeTables(*database);
   database->useWriteAheadLog();
-  // The log is brought in while the store is idle. Should it never be, then a commit does it, each
-  // time that so many pages have come together (16 MiB).
-  database->execute("PRAGMA wal_autocheckpoint = 4096");
+  sqlite3_wal_autocheckpoint(database->handle(), kPagesOfLongLog);
   return database;
 }
 

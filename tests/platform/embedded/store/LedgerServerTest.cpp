@@ -68,6 +68,7 @@ TEST_P(LedgerServerContract, KeepsEveryFieldOfAPeriod) {
   auto whole = periodOf("readers", "monthly", false);
   whole.period->renews = false;
   whole.period->renewsAs = "basic";
+  whole.period->renewsWithOffer = "cheap";
   whole.period->retryingSince = Date::sinceEpoch(0.125);
   whole.period->asksForPriceIncrease = true;
   const auto added = add({whole, periodOf("", "weekly")});
@@ -139,6 +140,25 @@ TEST_P(LedgerServerContract, ReplaceWritesNothingWhenSomebodyElseHasChangedOneOf
   EXPECT_THAT(products(ledger->all()), ElementsAre("a", "b"));
   EXPECT_EQ(ledger->revision(), before);
   EXPECT_EQ(ours[2].identifier, 0);
+}
+
+TEST_P(LedgerServerContract, ReplaceMakesNoSecondRunningPeriodOfAGroup) {
+  const auto theirs = add({periodOf("readers", "monthly")});
+  LedgerEntries ours = {periodOf("readers", "yearly")};
+  EXPECT_TRUE(ledger->replace(ours, kDurable).conflict);
+  EXPECT_THAT(products(ledger->all()), ElementsAre("monthly"));
+
+  ours.push_back(theirs[0]);
+  ours[1].period->running = false;
+  EXPECT_FALSE(ledger->replace(ours, kDurable).conflict);
+  EXPECT_THAT(products(ledger->runningPeriods()), ElementsAre("yearly"));
+}
+
+TEST_P(LedgerServerContract, ReplaceLetsAnotherGroupRunBesideIt) {
+  (void)add({periodOf("readers", "monthly"), periodOf("runners", "weekly", false)});
+  LedgerEntries ours = {periodOf("runners", "weekly")};
+  EXPECT_FALSE(ledger->replace(ours, kDurable).conflict);
+  EXPECT_THAT(products(ledger->runningPeriods()), ElementsAre("monthly", "weekly"));
 }
 
 TEST_P(LedgerServerContract, ReplaceRaisesTheRevisionOfEachAndIsSeenAsAChange) {

@@ -152,6 +152,26 @@ TEST_F(Durability, AFinishDoesNotWait) {
   EXPECT_THAT(observer.removed, testing::SizeIs(1));
 }
 
+// What is in the file replaces the log: it would be lost with a power cut in between.
+TEST_F(Durability, OnlyACommitThatWaitsBringsALongLogIntoTheFile) {
+  WatchedDisk::install(nullptr);
+  const auto ledger = openLedger(path);
+  std::vector<std::string> asked;
+  WatchedDisk::install([&](Operation operation, bool log) {
+    const std::string file = log ? "log" : "file";
+    const bool writes = operation == Operation::write && !log;
+    if (operation == Operation::sync) asked.push_back("wait for " + file);
+    if (writes && (asked.empty() || asked.back() != "write file")) asked.emplace_back("write file");
+  });
+  const std::string text(1 << 20, 'x');
+  for (int i = 0; i < 20; ++i) EXPECT_FALSE(ledger->set("long" + std::to_string(i), text));
+  EXPECT_THAT(asked, IsEmpty());
+  addTo(*ledger, {entry("gems")});
+  WatchedDisk::install(nullptr);
+
+  EXPECT_THAT(asked, ElementsAre("wait for log", "wait for log", "write file", "wait for file"));
+}
+
 // Closing brings the log into the file and removes it: both must be on the disk before.
 TEST_F(Durability, ClosingAfterAFinishWaitsBeforeTheLogIsRemoved) {
   WatchedDisk::install(nullptr);
