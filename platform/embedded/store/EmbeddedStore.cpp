@@ -106,10 +106,18 @@ void EmbeddedStore::resetToDefaultState() {
 }
 
 void EmbeddedStore::answerLater(std::function<void()> step) {
-  auto inATurn = [step = std::move(step)] { Dispatch::mainQueue().async(step); };
-  if (settings_.answerDelay == 0) return inATurn();
-  const double moment = now().timeIntervalSince1970() + settings_.answerDelay;
-  schedule_.add(Foundation::Date::sinceEpoch(moment), std::move(inATurn));
+  if (settings_.answerDelay == 0) return Dispatch::mainQueue().async(std::move(step));
+  runIn(settings_.answerDelay, std::move(step));
+}
+
+void EmbeddedStore::tryLater(std::function<void()> step) {
+  runIn(kPauseAfterFailure, std::move(step));
+}
+
+void EmbeddedStore::runIn(double seconds, std::function<void()> step) {
+  const double moment = now().timeIntervalSince1970() + seconds;
+  schedule_.add(Foundation::Date::sinceEpoch(moment),
+                [step = std::move(step)] { Dispatch::mainQueue().async(step); });
   setAlarm();
 }
 

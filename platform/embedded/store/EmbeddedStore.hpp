@@ -84,6 +84,13 @@ class EmbeddedStore {
   /// Runs `step` in a later turn: once the store has had its time to answer.
   void answerLater(std::function<void()> step);
 
+  /// Runs `step` in a turn some seconds later: what the ledger has refused is tried again.
+  void tryLater(std::function<void()> step);
+
+  /// Whether this program is the one that the purchases are for; see `StoreSession`.
+  [[nodiscard]] bool isForApplication() const { return forApplication_; }
+  void setForApplication(bool forApplication) { forApplication_ = forApplication; }
+
   /// Does what has become due, and sets the alarm for what is due next. To be called when the clock
   /// was moved, or when something with a date was added.
   void catchUp();
@@ -101,6 +108,7 @@ class EmbeddedStore {
 
   void openFromEnvironment();
   void applySettings();
+  void runIn(double seconds, std::function<void()> step);
 
   StoreConfiguration configuration_;
   StoreConfiguration::Settings settings_;
@@ -112,6 +120,7 @@ class EmbeddedStore {
   std::uint64_t openings_ = 0;
   Schedule schedule_;
   bool renewalFailed_ = false;
+  bool forApplication_ = true;
   WakeUp wakeUp_;
   DownloadQueue downloads_{*this};
   PaymentQueueEngine queue_{*this};

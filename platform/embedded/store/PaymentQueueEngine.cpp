@@ -23,6 +23,15 @@ void warnNotCommitted(const char* consequence, const Foundation::NSError& error)
                    consequence);
 }
 
+// Applications know the store's errors; a code of the ledger's would be taken for one of these.
+Foundation::NSError storeError(const Foundation::NSError& ledgerError) {
+  const auto code = static_cast<std::int64_t>(SKError::Code::unknown);
+  return {std::string(SKErrorDomain),
+          code,
+          {{std::string(Foundation::NSLocalizedDescriptionKey), ledgerError.localizedDescription()},
+           {std::string(Foundation::NSUnderlyingErrorKey), ledgerError}}};
+}
+
 SKPaymentTransactions asPlatform(const UnfinishedTransactions::List& transactions) {
   return {transactions.begin(), transactions.end()};
 }
@@ -39,9 +48,6 @@ void PaymentQueueEngine::restart() {
   restoresAnswered_ = 0;
   restoreEnd_.reset();
   backlogDelivered_ = false;
-  if (const auto error = store_.ledger().adoptOrphans()) {
-    warnNotCommitted("Purchases that another program left are not carried on.", *error);
-  }
   loadUnfinished();
   later(&PaymentQueueEngine::deliverBacklog);
   later(&PaymentQueueEngine::reportResumed);
@@ -98,9 +104,27 @@ void PaymentQueueEngine::addObserver(SKPaymentTransactionObserver& observer) {
   store_.downloads().carryOn();
 }
 
+// Not before there is somebody to deliver them to: a program that only looks takes nothing over.
+void PaymentQueueEngine::adoptOrphans() {
+  auto& ledger = store_.ledger();
+  if (const auto error = ledger.adoptOrphans()) {
+    return warnNotCommitted("Purchases that another program left are not carried on.", *error);
+  }
+  for (auto& entry : ledger.unfinished()) {
+    if (!isPurchasing(entry) || entry.owner != ledger.owner()) continue;
+    if (entry.asksApplication) {
+      const bool known = std::count(asking_.begin(), asking_.end(), entry.identifier) != 0;
+      if (!known) asking_.push_back(entry.identifier);
+    } else if (!unfinished_.find(entry.identifier)) {
+      resumed_.push_back(unfinished_.add(std::move(entry)));
+    }
+  }
+}
+
 void PaymentQueueEngine::deliverBacklog() {
   if (backlogDelivered_ || observers_.isEmpty()) return;
   backlogDelivered_ = true;
+  if (store_.isForApplication()) adoptOrphans();
   if (store_.reloadSettings().changed) store_.catchUp();
   (void)unfinished_.merge(readChanges());  // what others changed meanwhile is part of the backlog
   const auto run = run_;
@@ -138,7 +162,7 @@ void PaymentQueueEngine::beginPurchases() {
     for (auto& entry : entries) {
       entry.identifier = --lastUnrecorded_;
       entry.state = State::failed;
-      entry.error = error;
+      entry.error = storeError(*error);
     }
   }
   Transactions begun;
@@ -161,7 +185,10 @@ void PaymentQueueEngine::settlePurchases() {
   auto entries = sale.changes();
   const auto written = store_.ledger().replace(entries, Ledger::Durability::powerCut);
   if (written.error || written.conflict) store_.scenario() = scenario;
-  if (written.error) return warnNotCommitted("The purchases are carried on later.", *written.error);
+  if (written.error) {
+    store_.tryLater(inThisRun(&PaymentQueueEngine::settlePurchases));
+    return warnNotCommitted("The purchases are carried on later.", *written.error);
+  }
   if (written.conflict) {
     later(&PaymentQueueEngine::settlePurchases);
     return absorbChanges();
@@ -189,11 +216,15 @@ void PaymentQueueEngine::settle(LedgerEntry entry, Sale& sale) {
 // leaves it to be asked about again.
 void PaymentQueueEngine::askApplication() {
   if (observers_.isEmpty() || !backlogDelivered_ || asking_.empty()) return;
+  if (!store_.isForApplication()) return asking_.clear();
   auto entry = store_.ledger().find(asking_.front());
   asking_.pop_front();
   if (!asking_.empty()) later(&PaymentQueueEngine::askApplication);
   const auto owner = store_.ledger().owner();
   if (!entry || !entry->asksApplication || entry->owner.value_or(owner) != owner) return;
+  const auto* const sold = store_.catalogue().find(entry->payment.productIdentifier);
+  if (sold == nullptr) return;  // a program with another configuration may know it
+  const auto product = sold->product;
   LedgerEntries claimed = {*entry};
   claimed[0].owner = owner;
   if (const auto refusal = store_.ledger().update(claimed, Ledger::Durability::killedProcess)) {
@@ -201,7 +232,7 @@ void PaymentQueueEngine::askApplication() {
   }
   if (claimed[0].owner != owner || claimed[0].deleted) return;
   const auto run = run_;
-  const bool wanted = wantsPurchase(claimed[0]);
+  const bool wanted = wantsPurchase(claimed[0], product);
   if (run != run_) return;
   claimed[0].asksApplication = false;
   claimed[0].deleted = claimed[0].finished = !wanted;
@@ -214,12 +245,10 @@ void PaymentQueueEngine::askApplication() {
   reportUpdated(begun);
 }
 
-bool PaymentQueueEngine::wantsPurchase(const LedgerEntry& entry) {
-  const auto* const product = store_.catalogue().find(entry.payment.productIdentifier);
-  if (product == nullptr) return false;
-  const auto payment = std::make_shared<const SKPayment>(entry.payment, product->product);
+bool PaymentQueueEngine::wantsPurchase(const LedgerEntry& entry, const SKProductPtr& product) {
+  const auto payment = std::make_shared<const SKPayment>(entry.payment, product);
   bool wanted = false;
-  observers_.notify([&, product = product->product](SKPaymentTransactionObserver& observer) {
+  observers_.notify([&](SKPaymentTransactionObserver& observer) {
     if (observer.paymentQueueShouldAddStorePayment(payment, product)) wanted = true;
   });
   return wanted;
@@ -250,9 +279,8 @@ void PaymentQueueEngine::removeFinished() {
     entries.push_back(transaction->entry());
     entries.back().finished = true;
   }
-  if (const auto error = store_.ledger().update(recorded, Ledger::Durability::killedProcess)) {
+  if (const auto error = commitFinished(recorded)) {
     warnNotCommitted("The transactions stay in the queue.", *error);
-    recorded.clear();
   }
   recorded.insert(recorded.end(), unrecorded.begin(), unrecorded.end());
   report(unfinished_.merge(recorded));
@@ -284,7 +312,7 @@ void PaymentQueueEngine::beginRestore() {
   }
   auto error = store_.ledger().add(entries, Ledger::Durability::powerCut, store_.numbering());
   const bool written = !error;
-  restoreEnd_ = error ? std::move(error) : std::move(interruption);
+  restoreEnd_ = error ? storeError(*error) : std::move(interruption);
   later(&PaymentQueueEngine::endRestore);
   if (written) report(unfinished_.merge(entries));
 }
@@ -336,6 +364,24 @@ LedgerEntries PaymentQueueEngine::readChanges() {
   return entries;
 }
 
+// Somebody else may change one at the same time, a refund for instance: it is finished all the same,
+// unless it has become something else. What is left in `entries` is known to be in the ledger.
+Ledger::Failure PaymentQueueEngine::commitFinished(LedgerEntries& entries) {
+  auto open = std::exchange(entries, {});
+  while (!open.empty()) {
+    const auto wanted = open;
+    if (auto error = store_.ledger().update(open, Ledger::Durability::killedProcess)) return error;
+    LedgerEntries again;
+    for (std::size_t i = 0; i < open.size(); ++i) {
+      const bool overtaken = !open[i].finished && open[i].state == wanted[i].state;
+      (overtaken ? again : entries).push_back(std::move(open[i]));
+    }
+    for (auto& entry : again) entry.finished = true;
+    open = std::move(again);
+  }
+  return std::nullopt;
+}
+
 SKPaymentTransactions PaymentQueueEngine::transactions() const {
   return asPlatform(unfinished_.list());
 }
@@ -352,7 +398,7 @@ void PaymentQueueEngine::reportStorefront() {
 }
 
 void PaymentQueueEngine::reportRefunds(const LedgerEntries& refunded) {
-  if (refunded.empty()) return;
+  if (refunded.empty() || !store_.isForApplication()) return;
   std::vector<std::string> products;
   std::int64_t last = 0;
   for (const auto& entry : refunded) {

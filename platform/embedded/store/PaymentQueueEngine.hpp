@@ -63,6 +63,7 @@ class PaymentQueueEngine {
   [[nodiscard]] std::function<void()> inThisRun(void (PaymentQueueEngine::*step)());
 
   void loadUnfinished();
+  void adoptOrphans();
   void deliverBacklog();
   void reportResumed();
   void beginPurchases();
@@ -71,8 +72,9 @@ class PaymentQueueEngine {
   void settlePurchases();
   void settle(LedgerEntry entry, Sale& sale);
   void askApplication();
-  [[nodiscard]] bool wantsPurchase(const LedgerEntry& entry);
+  [[nodiscard]] bool wantsPurchase(const LedgerEntry& entry, const SKProductPtr& product);
   void removeFinished();
+  [[nodiscard]] Ledger::Failure commitFinished(LedgerEntries& entries);
   void answerRestore();
   void beginRestore();
   void endRestore();

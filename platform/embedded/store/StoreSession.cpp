@@ -187,6 +187,10 @@ StoreSession::Failure StoreSession::declinePriceIncreaseForTransaction(std::int6
 
 void StoreSession::relaunch() { store().queue().restart(); }
 
+void StoreSession::setIsForApplication(bool isForApplication) {
+  EmbeddedStore::unopened().setForApplication(isForApplication);
+}
+
 void StoreSession::clockDidChange() { store().catchUp(); }
 
 }  // namespace StoreKit

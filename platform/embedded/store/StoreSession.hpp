@@ -239,6 +239,13 @@ class StoreSession {
   /// as new objects. Observers stay.
   void relaunch();
 
+  /// Whether this program is the application that the purchases are for, as it is at first. One
+  /// that only buys beside it says no, before it observes: then it carries nothing on that a
+  /// program which is gone has left, is not asked about purchases that were begun in the store, and
+  /// is not told of refunds; all of that waits for the application. It holds for every store that
+  /// is opened.
+  static void setIsForApplication(bool isForApplication);
+
   /// To be called when a clock of the application's own was moved: what has become due happens now
   /// (renewals, slow answers), and is reported in later turns.
   void clockDidChange();

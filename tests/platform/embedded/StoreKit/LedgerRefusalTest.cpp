@@ -1,8 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/StoreKit/SKError.hpp"
 #include "tests/fakes/CapturedError.hpp"
-#include "tests/fakes/OpenShop.hpp"
+#include "tests/fakes/SubscriptionShop.hpp"
 
 namespace StoreKit {
 namespace {
@@ -37,15 +38,20 @@ class LedgerRefusal : public testing::Test {
   }
 };
 
-TEST_F(LedgerRefusal, PurchaseThatCannotBeginFailsWithTheError) {
+// The ledger's own codes mean something else to an application.
+TEST_F(LedgerRefusal, PurchaseThatCannotBeginFailsWithTheStoresErrorOverTheLedgers) {
   refuse();
   shop.add("gems");
   (void)turnUntilIdle();
   EXPECT_THAT(observer.journal(), ElementsAre("updated: gems failed"));
   const auto error = observer.seen.at(0)->error();
   ASSERT_TRUE(error);
-  EXPECT_EQ(error->domain(), "disk");
-  EXPECT_EQ(error->code(), 28);
+  EXPECT_EQ(error->domain(), SKErrorDomain);
+  EXPECT_EQ(error->code(), 0);
+  EXPECT_EQ(error->localizedDescription(), "No space left.");
+  ASSERT_TRUE(error->underlyingError());
+  EXPECT_EQ(error->underlyingError()->domain(), "disk");
+  EXPECT_EQ(error->underlyingError()->code(), 28);
 }
 
 TEST_F(LedgerRefusal, PurchaseThatCouldNotBeginIsGoneAfterARelaunch) {
@@ -89,6 +95,21 @@ TEST_F(LedgerRefusal, PurchaseWithoutOutcomeIsCarriedOnAfterARelaunch) {
   (void)turnUntilIdle();
   EXPECT_THAT(observer.journal(),
               ElementsAre("updated: gems purchasing", "updated: gems purchased"));
+}
+
+TEST(LedgerRefusalForAWhile, PurchaseWithoutOutcomeIsTriedAgainSomeSecondsLater) {
+  tests::SubscriptionShop shop;
+  JournalingObserver observer;
+  observer.observe();
+  shop.add("gems");
+  turn();
+  shop.ledger->refusal = Foundation::NSError::withDescription("disk", 28, "No space left.");
+  tests::CapturedError error;
+  (void)turnUntilIdle();
+  shop.ledger->refusal.reset();
+  EXPECT_THAT(observer.journal(), ElementsAre("updated: gems purchasing"));
+  shop.wait(5);
+  EXPECT_EQ(observer.journal().back(), "updated: gems purchased");
 }
 
 TEST_F(LedgerRefusal, FailureThatWasSetUpIsNotUsedUpByAnOutcomeThatWasNotWritten) {
@@ -142,7 +163,9 @@ TEST_F(LedgerRefusal, RestoreThatCannotBeWrittenEndsWithTheFailedMessage) {
   OpenShop::queue().restoreCompletedTransactions(std::nullopt);
   (void)turnUntilIdle();
   EXPECT_THAT(observer.journal(), ElementsAre("restore failed: No space left."));
-  EXPECT_EQ(observer.restoreErrors.at(0).code(), 28);
+  EXPECT_EQ(observer.restoreErrors.at(0).domain(), SKErrorDomain);
+  EXPECT_EQ(observer.restoreErrors.at(0).code(), 0);
+  EXPECT_EQ(observer.restoreErrors.at(0).underlyingError()->code(), 28);
   EXPECT_THAT(OpenShop::queue().transactions(), IsEmpty());
 }
 

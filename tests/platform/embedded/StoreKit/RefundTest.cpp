@@ -137,6 +137,25 @@ TEST_F(Refund, ToldToAnObserverThatOpensTheStoreAnewIsToldAgain) {
   EXPECT_THAT(heard(), ElementsAre("revoked: crown", "revoked: crown"));
 }
 
+TEST_F(Refund, OfWhatIsJustBeingFinishedDoesNotKeepItInTheQueue) {
+  queue().finishTransaction(shop.buy("gems"));
+  EXPECT_EQ(refund(1), tests::kDone);
+  EXPECT_THAT(heard(), ElementsAre("removed: gems purchased", "revoked: gems"));
+  EXPECT_THAT(books(shop.session), ElementsAre("1 gems purchased finished refunded"));
+}
+
+TEST_F(Refund, WaitsForTheApplicationWhenThisProgramIsNone) {
+  StoreSession::setIsForApplication(false);
+  shop.own("crown");
+  (void)refund(1);
+  EXPECT_THAT(heard(), IsEmpty());
+  goAway();
+  EXPECT_THAT(heardAtStart(), IsEmpty());
+  goAway();
+  StoreSession::setIsForApplication(true);
+  EXPECT_THAT(heardAtStart(), ElementsAre("revoked: crown"));
+}
+
 TEST_F(Refund, HappensOnce) {
   shop.own("crown");
   (void)refund(1);

@@ -59,6 +59,31 @@ TEST_F(StorePurchase, ThatIsWantedIsJudgedLikeAnyOther) {
   EXPECT_EQ(heard().back(), "updated: gems deferred");
 }
 
+TEST_F(StorePurchase, WaitsForTheApplicationWhenThisProgramIsNone) {
+  StoreSession::setIsForApplication(false);
+  (void)begin("gems");
+  EXPECT_THAT(heard(), IsEmpty());
+  goAway();
+  StoreSession::setIsForApplication(true);
+  EXPECT_THAT(heardAtStart(), ElementsAre("asked: gems"));
+}
+
+TEST_F(StorePurchase, OfWhatOnlyAnotherConfigurationSellsWaitsForIt) {
+  const tests::TemporaryFolder folder;
+  const auto openWith = [&](const StoreConfiguration& configuration) {
+    return StoreSession(configuration, {}, tests::openLedger(folder.file("l")));
+  };
+  auto without = tests::shop();
+  std::erase_if(without.products, [](const auto& each) { return each.productID == "gems"; });
+  observer.stop();
+  EXPECT_FALSE(openWith(tests::shop()).beginStorePurchase("gems"));
+  observer.observe();
+  (void)openWith(without);
+  EXPECT_THAT(heard(), IsEmpty());
+  (void)openWith(tests::shop());
+  EXPECT_THAT(heard(), ElementsAre("asked: gems"));
+}
+
 TEST_F(StorePurchase, ThatIsNotWantedLeavesNothing) {
   answerWith(false);
   (void)begin("gems");

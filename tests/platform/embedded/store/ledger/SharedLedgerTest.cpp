@@ -116,6 +116,32 @@ TEST_F(SharedLedger, APurchaseOfAKilledProgramIsCarriedOnAtTheNextStart) {
               ElementsAre("updated: gems purchasing", "updated: gems purchased"));
 }
 
+TEST_F(SharedLedger, AProgramThatOnlyLooksTakesNothingOver) {
+  ASSERT_EQ(neighbour.ask("begin gems"), "1");
+  neighbour.end(SIGKILL);
+  const auto owner = openLedger(path)->find(1)->owner;
+
+  session.emplace(shop(), StoreKit::StoreSources(), openLedger(path));
+  (void)turnUntilIdle();
+  EXPECT_EQ(openLedger(path)->find(1)->owner, owner);
+
+  observer.observe();
+  (void)turnUntilIdle();
+  EXPECT_THAT(observer.journal(),
+              ElementsAre("updated: gems purchasing", "updated: gems purchased"));
+}
+
+TEST_F(SharedLedger, AProgramThatIsNotTheApplicationTakesNothingOver) {
+  ASSERT_EQ(neighbour.ask("begin gems"), "1");
+  neighbour.end(SIGKILL);
+  StoreKit::StoreSession::setIsForApplication(false);
+  launch();
+  buy("coins");
+  EXPECT_THAT(observer.journal(),
+              ElementsAre("updated: coins purchasing", "updated: coins purchased"));
+  EXPECT_EQ(openLedger(path)->find(1)->state, State::purchasing);
+}
+
 TEST_F(SharedLedger, APurchaseOfAKilledProgramHasOneHeirOnly) {
   ASSERT_EQ(neighbour.ask("begin gems"), "1");
   neighbour.end(SIGKILL);
