@@ -31,8 +31,8 @@ std::optional<Date> DateFormatter::dateFromString(std::string_view text) const {
       auto* const zone = [NSTimeZone timeZoneWithName:nativeText(*timeZone_)];
       if (zone != nil) [formatter.get() setTimeZone:zone];
     }
-    [formatter.get() setLenient:NO];
     [formatter.get() setDateFormat:nativeText(dateFormat_)];
+    [formatter.get() setLenient:NO];
     return wholeDate(formatter.get(), nativeText(text));
   });
 }

@@ -9,8 +9,9 @@
 
 @end
 
-/// One domain of the standard defaults, and nothing else.
-@interface SuiteDefaults : NSUserDefaults {
+/// One domain of the standard defaults, and nothing else. It only behaves like a `NSUserDefaults`:
+/// one of those keeps itself for good here.
+@interface SuiteDefaults : NSObject {
  @private
   NSString* _name;
 }
@@ -72,7 +73,7 @@
 
 - (instancetype)initWithSuiteName:(NSString*)name {
   [self release];
-  return [[SuiteDefaults alloc] initWithName:name];
+  return static_cast<id>([[SuiteDefaults alloc] initWithName:name]);
 }
 
 @end
@@ -85,20 +86,6 @@
   if (text != nil) return text;
   return [NSString stringWithFormat:@"The operation couldn\u2019t be completed. (%@ error %ld.)",
                                     [self domain], static_cast<long>([self code])];
-}
-
-@end
-
-@implementation NSDateFormatter (WholeTexts)
-
-// This Foundation has the method, which always says no. How far it read cannot be had from it: all
-// of the text, or nothing.
-- (BOOL)getObjectValue:(id*)date
-             forString:(NSString*)text
-                 range:(NSRange*)range
-                 error:(NSError**)error {
-  *date = [self dateFromString:text];
-  return *date != nil;
 }
 
 @end

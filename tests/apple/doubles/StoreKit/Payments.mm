@@ -28,7 +28,7 @@ STORE_OBJECT(NSNumber*, timestamp)
 @implementation SKPayment
 
 + (instancetype)paymentWithProduct:(SKProduct*)product {
-  return [self with:@{@"productIdentifier" : [product productIdentifier]}];
+  return [self with:@{@"productIdentifier" : [product productIdentifier], @"product" : product}];
 }
 
 - (instancetype)init {
@@ -40,7 +40,7 @@ STORE_OBJECT(NSNumber*, timestamp)
 - (id)copyOf:(Class)type {
   SKPayment* const copy = [[type alloc] init];
   for (NSString* property in @[
-         @"productIdentifier", @"quantity", @"requestData", @"applicationUsername",
+         @"product", @"productIdentifier", @"quantity", @"requestData", @"applicationUsername",
          @"simulatesAskToBuyInSandbox", @"paymentDiscount"
        ]) {
     [copy set:[self value:property] for:property];
@@ -56,6 +56,7 @@ STORE_OBJECT(NSNumber*, timestamp)
   return [self copyOf:[SKMutablePayment class]];
 }
 
+STORE_OBJECT(SKProduct*, product)
 STORE_OBJECT(NSString*, productIdentifier)
 STORE_NUMBER(NSInteger, quantity, longLongValue)
 STORE_OBJECT(NSData*, requestData)

@@ -62,9 +62,8 @@ STORE_OBJECT(NSSet<NSString*>*, identifiers)
   @autoreleasepool {
     id<SKProductsRequestDelegate> const delegate = [self delegate];
     [delegate productsRequest:self didReceiveResponse:response];
-    if ([[self delegate] respondsToSelector:@selector(requestDidFinish:)]) {
-      [[self delegate] requestDidFinish:self];
-    }
+    // The platform goes on, and asks the delegate of then what else it wants to hear.
+    (void)[[self delegate] respondsToSelector:NSSelectorFromString(@"requestDidFinish:")];
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <limits>
 
+#include "platform/Foundation/Bundle.hpp"
 #include "platform/apple/Foundation/Bridging.hpp"
 
 namespace Foundation {
@@ -43,6 +44,10 @@ TEST(TextBridging, TellsAbsentFromEmpty) {
   EXPECT_EQ(optionalTextFrom(@""), "");
   EXPECT_EQ(nativeOptionalText(std::nullopt), nil);
   EXPECT_TRUE([nativeOptionalText("") isEqual:@""]);
+}
+
+TEST(AppleBundle, KeyWithoutATextComesBackAsItIsAlsoWhenItIsMalformed) {
+  EXPECT_EQ(localizedString("\xFF"), "\xFF");
 }
 
 TEST(DataBridging, KeepsEveryByte) {

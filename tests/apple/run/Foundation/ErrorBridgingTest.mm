@@ -3,6 +3,18 @@
 
 #include "platform/apple/Foundation/Bridging.hpp"
 
+// Says what it is only when it is asked, as many of the platform's errors do.
+@interface SpeakingError : NSError
+@end
+
+@implementation SpeakingError
+
+- (NSString*)localizedDescription {
+  return @"The shop is closed";
+}
+
+@end
+
 namespace Foundation {
 namespace {
 
@@ -32,6 +44,21 @@ TEST(ErrorBridging, KeepsADescription) {
 TEST(ErrorBridging, EmptyDescriptionIsADescription) {
   const auto error = errorFrom(platformError(@{@"NSLocalizedDescription" : @""}));
   EXPECT_EQ(valueIn<std::string>(error, NSLocalizedDescriptionKey), "");
+}
+
+TEST(ErrorBridging, KeepsADescriptionThatIsMadeWhenItIsAskedFor) {
+  const auto error = errorFrom([SpeakingError errorWithDomain:@"shop" code:1 userInfo:nil]);
+  EXPECT_EQ(error.localizedDescription(), "The shop is closed");
+}
+
+TEST(ErrorBridging, GeneralDescriptionIsNoneOfItsOwn) {
+  const auto error = errorFrom(platformError(nil));
+  EXPECT_EQ(valueIn<std::string>(error, NSLocalizedDescriptionKey), std::nullopt);
+}
+
+TEST(ErrorBridging, LeavesOutWhatStandsUnderAKeyThatIsNoText) {
+  const auto error = errorFrom(platformError(@{@7 : @"seven", @"text" : @"gems"}));
+  EXPECT_EQ(error.userInfo().size(), 1U);
 }
 
 TEST(ErrorBridging, KeepsValuesOfEachKind) {

@@ -7,6 +7,7 @@
 
 // The texts of this Foundation's formatters are not the platform's: it writes no cents, and a period
 // without its count. So little is asked here; the texts are looked at on the platform.
+#include "platform/embedded/Foundation/EmulatedSystem.hpp"
 
 namespace Foundation {
 namespace {
@@ -45,6 +46,23 @@ TEST(AppleDateFormatter, ReadsThePattern) {
   formatter.setTimeZone("UTC");
   formatter.setDateFormat("yyyy-MM-dd HH:mm:ss");
   EXPECT_EQ(formatter.dateFromString("2026-11-21 07:48:10"), Date::sinceEpoch(1'795'247'290));
+}
+
+TEST(AppleDateFormatter, ReadsInTheZoneThatWasSet) {
+  DateFormatter formatter;
+  formatter.setTimeZone("America/New_York");
+  formatter.setDateFormat("yyyy-MM-dd HH:mm");
+  EXPECT_EQ(formatter.dateFromString("2020-01-02 03:04").value().description(),
+            "2020-01-02 08:04:00 +0000");
+}
+
+TEST(AppleDateFormatter, KeepsTheLocaleOfItsBeginning) {
+  setCurrentLocale(Locale("de_DE"));
+  DateFormatter formatter;
+  setCurrentLocale(std::nullopt);
+  formatter.setTimeZone("UTC");
+  formatter.setDateFormat("d. MMMM yyyy");
+  EXPECT_TRUE(formatter.dateFromString("2. Januar 2020"));
 }
 
 TEST(AppleDateFormatter, ReadsNothingFromAnotherText) {

@@ -9,17 +9,34 @@
 #include "platform/apple/Foundation/Bridging.hpp"
 #include "tests/fakes/TemporaryFolder.hpp"
 
+/// An answer that says what is in its body, which this Foundation does not find in its header.
+@interface DescribedResponse : NSHTTPURLResponse
+@end
+
+@implementation DescribedResponse
+
+- (long long)expectedContentLength {
+  return 10;
+}
+
+- (NSString*)MIMEType {
+  return @"Application/JSON";
+}
+
+@end
+
 namespace Foundation {
 namespace {
 
 using testing::ElementsAre;
 using tests::lastTask;
 
+template <class Response = NSHTTPURLResponse>
 NSHTTPURLResponse* anAnswer(NSInteger status, NSDictionary* fields = nil) {
-  return [[[NSHTTPURLResponse alloc] initWithURL:[NSURL URLWithString:@"https://example.com/shop"]
-                                      statusCode:status
-                                     HTTPVersion:@"HTTP/1.1"
-                                    headerFields:fields] autorelease];
+  return [[[Response alloc] initWithURL:[NSURL URLWithString:@"https://example.com/shop"]
+                             statusCode:status
+                            HTTPVersion:@"HTTP/1.1"
+                           headerFields:fields] autorelease];
 }
 
 NSData* bytes(const char* text) { return [NSData dataWithBytes:text length:std::strlen(text)]; }
@@ -56,6 +73,14 @@ class AppleDataTask : public testing::Test {
   Ending ending;
   std::shared_ptr<URLSession> session = URLSession::withDelegate(nullptr);
   std::shared_ptr<URLSessionDataTask> task = session->dataTask(aRequest(), ending.completion());
+  NSOperationQueue* queue = [[[lastTask() session] delegateQueue] retain];
+
+  ~AppleDataTask() override {
+    task.reset();
+    session.reset();
+    [queue waitUntilAllOperationsAreFinished];
+    [queue release];
+  }
 };
 
 TEST_F(AppleDataTask, StartsThePlatformsWhenItIsResumed) {
@@ -102,6 +127,57 @@ TEST_F(AppleDataTask, ThatMayHaveNoBodyHasNoBytes) {
   [lastTask() respond:anAnswer(204)];
   [lastTask() complete:nil];
   EXPECT_EQ(ending.data, std::nullopt);
+}
+
+TEST_F(AppleDataTask, OfAHeadRequestHasNoBytes) {
+  auto request = aRequest();
+  request.setHTTPMethod("HEAD");
+  const auto head = session->dataTask(request, ending.completion());
+  head->resume();
+  [lastTask() respond:anAnswer(200)];
+  [lastTask() complete:nil];
+  EXPECT_EQ(ending.count, 1);
+  EXPECT_EQ(ending.data, std::nullopt);
+}
+
+TEST_F(AppleDataTask, KnowsTheLengthOnlyOfABodyThatIsNotCompressed) {
+  task->resume();
+  [lastTask() respond:anAnswer<DescribedResponse>(200)];
+  EXPECT_EQ(task->countOfBytesExpectedToReceive(), 10);
+  [lastTask() respond:anAnswer<DescribedResponse>(200, @{@"Content-Encoding" : @"gzip"})];
+  EXPECT_EQ(task->countOfBytesExpectedToReceive(), kUnknownLength);
+  [lastTask() complete:nil];
+}
+
+TEST_F(AppleDataTask, SaysTheTypeInSmallLetters) {
+  task->resume();
+  [lastTask() respond:anAnswer<DescribedResponse>(200)];
+  [lastTask() complete:nil];
+  ASSERT_TRUE(ending.response);
+  EXPECT_EQ(ending.response->mimeType(), "application/json");
+}
+
+// Of a request that cannot be sent, the platform hears nothing.
+class AppleRefusedTask : public AppleDataTask {
+ protected:
+  Ending refusal;
+  std::shared_ptr<URLSessionDataTask> refused = session->dataTask(
+      URLRequest(URL::withString("ftp://example.com/a").value()), refusal.completion());
+};
+
+TEST_F(AppleRefusedTask, FailsOnTheQueueOfItsSession) {
+  refused->resume();
+  [queue waitUntilAllOperationsAreFinished];
+  ASSERT_TRUE(refusal.error);
+  EXPECT_EQ(refusal.error->code(), NSURLErrorUnsupportedURL);
+  EXPECT_EQ(refused->state(), URLSessionTask::State::completed);
+}
+
+TEST_F(AppleRefusedTask, CancelledEndsAsCancelled) {
+  refused->cancel();
+  [queue waitUntilAllOperationsAreFinished];
+  ASSERT_TRUE(refusal.error);
+  EXPECT_EQ(refusal.error->code(), NSURLErrorCancelled);
 }
 
 TEST_F(AppleDataTask, FailedHasTheErrorAndNoBytes) {
@@ -231,6 +307,18 @@ TEST_F(AppleDownloadTask, HandsTheFileToTheCompletionInstead) {
   EXPECT_EQ(content, "a level");
   EXPECT_FALSE(downloads->location);
   EXPECT_FALSE(std::filesystem::exists(location->path()));
+}
+
+TEST_F(AppleDownloadTask, LeavesAFileThatTookThePlaceOfItsOwn) {
+  std::string place;
+  const auto task = session->downloadTask(address(), [&](auto file, auto, auto) {
+    place = file->path();
+    std::filesystem::rename(place, folder.file("kept"));
+    tests::write(place, "another");
+  });
+  task->resume();
+  finish();
+  EXPECT_EQ(tests::bytesOf(place), "another");
 }
 
 TEST_F(AppleDownloadTask, FailedHasNoFile) {

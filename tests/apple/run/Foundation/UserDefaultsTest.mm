@@ -4,11 +4,13 @@
 #include <limits>
 
 #include "platform/Foundation/UserDefaults.hpp"
+#include "tests/fakes/CapturedError.hpp"
 
 namespace Foundation {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 class AppleUserDefaults : public testing::TestWithParam<DefaultsObject> {
@@ -44,9 +46,10 @@ INSTANTIATE_TEST_SUITE_P(
 using AppleUserDefaultsKeys = AppleUserDefaults;
 
 TEST_F(AppleUserDefaultsKeys, AreListedInOrder) {
-  defaults->set(DefaultsObject::integer(1), "b");
-  defaults->set(DefaultsObject::integer(2), "a");
-  EXPECT_THAT(defaults->keys(), ElementsAre("a", "b"));
+  for (const auto* const key : {"d", "b", "e", "a", "c"}) {
+    defaults->set(DefaultsObject::integer(1), key);
+  }
+  EXPECT_THAT(defaults->keys(), ElementsAre("a", "b", "c", "d", "e"));
 }
 
 TEST_F(AppleUserDefaultsKeys, RemovedAreGone) {
@@ -62,8 +65,36 @@ TEST_F(AppleUserDefaultsKeys, AreSharedByStoresOfOneName) {
   EXPECT_EQ(UserDefaults::withSuiteName("another.test")->object("a"), nullptr);
 }
 
-TEST(AppleUserDefaultsNames, EmptyOneIsNone) {
+TEST(AppleUserDefaultsNames, SomeAreNone) {
   EXPECT_EQ(UserDefaults::withSuiteName(""), nullptr);
+  EXPECT_EQ(UserDefaults::withSuiteName("a/b"), nullptr);
+  EXPECT_EQ(UserDefaults::withSuiteName(std::string_view("a\0b", 3)), nullptr);
+  EXPECT_EQ(UserDefaults::withSuiteName("\xFF"), nullptr);
+  EXPECT_EQ(UserDefaults::withSuiteName("NSGlobalDomain"), nullptr);
+}
+
+TEST_F(AppleUserDefaultsKeys, OfTextsThatAreNotUTF8AreRefusedAndSaid) {
+  tests::CapturedError error;
+  defaults->set(DefaultsObject::integer(1), "\xFF");
+  EXPECT_THAT(error.text(), HasSubstr("the key is not UTF-8"));
+  EXPECT_THAT(defaults->keys(), IsEmpty());
+}
+
+TEST_F(AppleUserDefaultsKeys, KeepTheirValueWhenTheNextCannotBeHeld) {
+  defaults->set(DefaultsObject::integer(1), "a");
+  tests::CapturedError error;
+  defaults->set(DefaultsObject::list({DefaultsObject::text("\xFF")}), "a");
+  EXPECT_THAT(error.text(), HasSubstr("a text in it is not UTF-8"));
+  EXPECT_TRUE(*defaults->object("a") == DefaultsObject::integer(1));
+}
+
+TEST_F(AppleUserDefaultsKeys, HoldNothingThatLiesTooDeep) {
+  auto deep = DefaultsObject::integer(1);
+  for (int i = 0; i < 600; ++i) deep = DefaultsObject::list({deep});
+  tests::CapturedError error;
+  defaults->set(deep, "a");
+  EXPECT_THAT(error.text(), HasSubstr("lies too deep"));
+  EXPECT_EQ(defaults->object("a"), nullptr);
 }
 
 }  // namespace

@@ -217,6 +217,23 @@ TEST_F(ApplePaymentQueueRefusal, IsNotToldToAnObserverThatIsGone) {
   EXPECT_THAT(second.journal(), IsEmpty());
 }
 
+TEST_F(ApplePaymentQueueRefusal, IsToldToEverybodyAlsoWhenOneLeavesMeanwhile) {
+  JournalingObserver second;
+  second.observe();
+  observer.onUpdated = [&](const auto&) { observer.stop(); };
+  queue().addPayment(aPaymentOf(0));
+  (void)turnUntilIdle();
+  EXPECT_THAT(second.journal(), SizeIs(1));
+}
+
+TEST_F(ApplePaymentQueueRefusal, IsNotToldToAnObserverThatComesMeanwhile) {
+  JournalingObserver second;
+  observer.onUpdated = [&](const auto&) { second.observe(); };
+  queue().addPayment(aPaymentOf(0));
+  (void)turnUntilIdle();
+  EXPECT_THAT(second.journal(), IsEmpty());
+}
+
 TEST_F(ApplePaymentQueueRefusal, OfARestoreEndsItAsFailed) {
   queue().restoreCompletedTransactions(std::nullopt);
   EXPECT_THAT(observer.journal(), IsEmpty());

@@ -24,7 +24,9 @@ SKMutablePayment discounted() {
 }
 
 TEST(ApplePayment, IsForTheProductOfThePlatform) {
-  ::SKPayment* const native = nativePayment(SKMutablePayment(productFrom(aProduct(@"crown"))));
+  ::SKProduct* const product = aProduct(@"crown");
+  ::SKPayment* const native = nativePayment(SKMutablePayment(productFrom(product)));
+  EXPECT_EQ([native product], product);
   EXPECT_TRUE([[native productIdentifier] isEqual:@"crown"]);
 }
 

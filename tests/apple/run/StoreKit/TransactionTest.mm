@@ -34,6 +34,7 @@
 }
 
 - (SKPayment*)payment {
+  [NSException raise:NSGenericException format:@"the payment is broken"];
   return nil;
 }
 
@@ -176,7 +177,15 @@ TEST(AppleTransaction, ExceptionOfThePlatformIsSaidAndLeavesAnAbsentValue) {
 }
 
 TEST(AppleTransaction, HasAPaymentAlsoWhenThePlatformGivesNone) {
-  const auto payment = transactionFrom([BrokenTransaction with:@{}])->payment();
+  const auto payment = transactionFrom([::SKPaymentTransaction with:@{}])->payment();
+  ASSERT_NE(payment, nullptr);
+  EXPECT_EQ(payment->productIdentifier(), "");
+}
+
+TEST(AppleTransaction, HasAPaymentAlsoWhenThePlatformRaises) {
+  const auto transaction = transactionFrom([BrokenTransaction with:@{}]);
+  tests::CapturedError error;
+  const auto payment = transaction->payment();
   ASSERT_NE(payment, nullptr);
   EXPECT_EQ(payment->productIdentifier(), "");
 }

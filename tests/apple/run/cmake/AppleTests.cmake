@@ -8,14 +8,21 @@ include(GoogleTest)
 add_library(apple_test_settings INTERFACE)
 target_compile_options(apple_test_settings INTERFACE -Wno-global-constructors)
 
+# What all of these programs share: where they begin, and what every test includes, read once.
+add_library(apple_test_main OBJECT main.mm SanitizerOptions.cpp)
+target_compile_definitions(apple_test_main PRIVATE TQSTOREKIT_TEST_DATA="${root}/tests")
+target_link_libraries(apple_test_main PRIVATE
+  TQStoreKitLib::TQStoreKitLib GTest::gmock GTest::gtest tqstorekit_settings apple_test_settings)
+target_precompile_headers(apple_test_main PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+
 function(apple_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "ALONE" "" "SOURCES;DOUBLES;EXCEPT")
-  add_executable(${name} ${arg_SOURCES} ${root}/tests/apple/run/main.mm)
+  add_executable(${name} ${arg_SOURCES})
   target_compile_definitions(${name} PRIVATE TQSTOREKIT_TEST_DATA="${root}/tests")
   target_link_libraries(${name} PRIVATE
-    ${arg_DOUBLES} apple_doubles TQStoreKitLib::TQStoreKitLib GTest::gmock GTest::gtest
+    ${arg_DOUBLES} apple_doubles apple_test_main TQStoreKitLib::TQStoreKitLib GTest::gmock GTest::gtest
     tqstorekit_settings apple_test_settings)
-  target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+  target_precompile_headers(${name} REUSE_FROM apple_test_main)
   list(JOIN arg_EXCEPT ":" exceptions)
   if(arg_ALONE)
     gtest_discover_tests(${name} TEST_FILTER "-${exceptions}" DISCOVERY_TIMEOUT 60

@@ -102,7 +102,6 @@ API_AVAILABLE(ios(3.0))
 
 @protocol SKRequestDelegate <NSObject>
 @optional
-- (void)requestDidFinish:(SKRequest *)request API_AVAILABLE(ios(3.0));
 - (void)request:(SKRequest *)request didFailWithError:(NSError *)error API_AVAILABLE(ios(3.0));
 @end
 
