@@ -109,7 +109,7 @@ struct ConfigurationProblem {
 
 /// The outcome of reading a configuration file.
 struct ConfigurationReading {
-  /// Absent when the file is refused; then the last problem says why.
+  /// Absent when the file is refused; then the problems that are errors say why.
   std::optional<StoreConfiguration> configuration{};
   /// Every problem, in the order of the file.
   std::vector<ConfigurationProblem> problems{};

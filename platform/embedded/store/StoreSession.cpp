@@ -1,7 +1,5 @@
 #include "platform/embedded/store/StoreSession.hpp"
 
-#include <locale>
-#include <sstream>
 #include <utility>
 
 #include "platform/Foundation/Print.hpp"
@@ -71,10 +69,7 @@ void StoreSession::setFailureError(SKError::Code code) {
 }
 
 StoreSession::Failure StoreSession::setAnswerDelay(double seconds) {
-  std::ostringstream text;
-  text.imbue(std::locale::classic());
-  text << seconds;
-  return set("answerDelay", text.str());
+  return set("answerDelay", secondsText(seconds));
 }
 
 void StoreSession::failPurchases(SKError::Code code, std::size_t count) {

@@ -189,8 +189,9 @@ class StoreSession {
   /// In the order in which they were added.
   [[nodiscard]] std::vector<StoreTransaction> allTransactions() const;
 
-  /// Removes all, or one with its children: the renewals of a first period, the restored copies of
-  /// a purchase. Those that are in a queue leave it.
+  /// Removes all, or one with those that name it as their original: the renewals of a first period
+  /// and restored copies of the subscription, the restored copies of another purchase. Those that
+  /// are in a queue leave it; a subscription whose running period is removed is over.
   Failure clearTransactions();
   Failure deleteTransaction(std::int64_t identifier);
 
@@ -202,8 +203,9 @@ class StoreSession {
   /// as soon as one observes the queue.
   Failure beginStorePurchase(const std::string& productIdentifier);
 
-  /// Refunds what was purchased, at once: it is not restored any more, a subscription ends, and
-  /// observers hear of the loss; those that start later, at their start.
+  /// Refunds what was purchased, at once: it is not restored any more, a subscription whose running
+  /// period it is ends, and observers hear of the loss. When no application runs, the next one that
+  /// starts is told.
   Failure refundTransaction(std::int64_t identifier);
 
   /// Settle a deferred purchase, also one that was finished meanwhile: it is delivered as

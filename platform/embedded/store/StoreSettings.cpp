@@ -1,6 +1,7 @@
 #include "platform/embedded/store/StoreSettings.hpp"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <functional>
@@ -47,12 +48,7 @@ std::optional<int> wholeNumber(const std::string& text) {
   return number;
 }
 
-std::string delayText(const Settings& settings) {
-  std::ostringstream text;
-  text.imbue(std::locale::classic());
-  text << settings.answerDelay;
-  return text.str();
-}
+std::string delayText(const Settings& settings) { return secondsText(settings.answerDelay); }
 
 Problem setDelay(Settings& settings, const std::string& text) {
   std::istringstream stream(text);
@@ -123,6 +119,12 @@ const Setting* find(std::string_view name) {
 }
 
 }  // namespace
+
+std::string secondsText(double seconds) {
+  std::array<char, 32> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), seconds).ptr;
+  return {text.data(), end};
+}
 
 std::vector<std::string_view> settingNames() {
   std::vector<std::string_view> names;

@@ -13,6 +13,9 @@ namespace StoreKit {
 /// configuration's values, and for tools. The names are those of the session's properties; beside
 /// them there are those of hosted content, two for each product (`downloads/HostedContent.hpp`).
 
+/// The shortest text that is read as exactly this number.
+[[nodiscard]] std::string secondsText(double seconds);
+
 /// All names, in alphabetical order, without those of hosted content.
 [[nodiscard]] std::vector<std::string_view> settingNames();
 

@@ -32,6 +32,8 @@ class CatalogueReader {
  private:
   void addEntry(const Value& entry, const ConfigurationSection& section) {
     const ConfigurationFields fields(entry, problems_);
+    const auto* const written = fields.find("productID");
+    if (written != nullptr && problems_.refused(*written)) return;
     const auto productID = fields.text("productID");
     if (productID.empty()) return fields.warn("has no productID; left out");
     if (const auto first = entries_.find(productID); first != entries_.end()) {

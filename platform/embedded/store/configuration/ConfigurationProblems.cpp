@@ -27,7 +27,7 @@ void ConfigurationProblems::warn(const ConfigurationValue& at, std::string messa
 }
 
 void ConfigurationProblems::refuse(const ConfigurationValue& at, std::string message) {
-  refused_ = true;
+  refused_.insert(at.order);
   add(ConfigurationProblem::Severity::error, at, std::move(message));
 }
 
@@ -44,7 +44,7 @@ std::vector<ConfigurationProblem> ConfigurationProblems::take() {
   std::vector<ConfigurationProblem> problems;
   for (auto& [order, problem] : std::exchange(found_, {})) {
     const bool isReason = problem.severity == ConfigurationProblem::Severity::error;
-    if (isReason || !refused_) problems.push_back(std::move(problem));
+    if (isReason || !refused_.contains(order)) problems.push_back(std::move(problem));
   }
   return problems;
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,11 +27,15 @@ class ConfigurationProblems {
   /// Refuses the file.
   void refuse(const ConfigurationValue& at, std::string message);
 
-  [[nodiscard]] bool refused() const { return refused_; }
+  [[nodiscard]] bool refused() const { return !refused_.empty(); }
+  /// Whether that very value is a reason.
+  [[nodiscard]] bool refused(const ConfigurationValue& at) const {
+    return refused_.contains(at.order);
+  }
   [[nodiscard]] std::string pointer(const ConfigurationValue& at) const;
 
-  /// Everything in the order of the file, whatever the order it was found in; when the file is
-  /// refused, the reasons for that alone.
+  /// Everything in the order of the file, whatever the order it was found in. Of a value for which
+  /// the file is refused only that is said, and not what it would be read as.
   [[nodiscard]] std::vector<ConfigurationProblem> take();
 
  private:
@@ -40,7 +45,7 @@ class ConfigurationProblems {
   std::string file_;
   const ConfigurationValue& root_;
   std::multimap<std::uint32_t, ConfigurationProblem> found_;  // by the order of their values
-  bool refused_ = false;
+  std::set<std::uint32_t> refused_;  // the orders of the values that are the reasons
 };
 
 }  // namespace StoreKit::detail

@@ -26,8 +26,8 @@ StoreConfiguration readFields(const ConfigurationValue& root, ConfigurationProbl
 ConfigurationReading readTree(const ConfigurationValue& root, const std::string& name) {
   ConfigurationProblems problems(name, root);
   checkShape(root, problems);
-  if (problems.refused()) return {std::nullopt, problems.take()};
-  auto configuration = readFields(root, problems);
+  std::optional<StoreConfiguration> configuration = readFields(root, problems);
+  if (problems.refused()) configuration.reset();  // read for its other problems alone
   return {std::move(configuration), problems.take()};
 }
 

@@ -52,7 +52,8 @@ TEST_P(GoodSetting, IsWhatWasSetAndNothingElseChanges) {
 
 INSTANTIATE_TEST_SUITE_P(
     Each, GoodSetting,
-    testing::Values(Value{"answerDelay", "2.5"}, Value{"askToBuyEnabled", "true"},
+    testing::Values(Value{"answerDelay", "2.5"}, Value{"answerDelay", "1234567.5"},
+                    Value{"answerDelay", "0.1"}, Value{"askToBuyEnabled", "true"},
                     Value{"billingGracePeriodEnabled", "true"},
                     Value{"billingRetryOnRenewalEnabled", "true"},
                     Value{"canMakePayments", "false"}, Value{"disableDialogs", "true"},

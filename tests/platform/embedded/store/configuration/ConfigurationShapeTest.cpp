@@ -50,12 +50,27 @@ INSTANTIATE_TEST_SUITE_P(
                    "/subscriptionGroups/0/subscriptions/0/introductoryOffers/0/displayPrice",
                    "expected a text, found a number"}));
 
-TEST(ConfigurationShape, EveryReasonForRefusalIsReportedAndNothingElse) {
+TEST(ConfigurationShape, ARefusedFileHasItsOtherProblemsReportedToo) {
   const auto reading = parse(R"({"x":1,"x":2,"products":[{"productID":1},{},{"productID":2}]})");
-  EXPECT_EQ(reading.problems.size(), 2U);
+  EXPECT_FALSE(reading.configuration);
   EXPECT_EQ(problemsOf(reading),
+            ": has the key \"x\" more than once; the first one counts\n"
             "/products/0/productID: expected a text, found a number; the file is refused\n"
+            "/products/1: has no productID; left out\n"
             "/products/2/productID: expected a text, found a number; the file is refused\n");
+}
+
+TEST(ConfigurationShape, OfAReasonForRefusalItIsNotSaidWhatItWouldBeReadAs) {
+  const auto reading = parse(R"({"subscriptionGroups":[7,{"subscriptions":[
+      {"productID":"a","displayPrice":1,"recurringSubscriptionPeriod":2}]}],"products":{}})");
+  EXPECT_FALSE(reading.configuration);
+  EXPECT_EQ(problemsOf(reading),
+            "/subscriptionGroups/0: expected an object, found a number; the file is refused\n"
+            "/subscriptionGroups/1/subscriptions/0/displayPrice: expected a text, found a number; "
+            "the file is refused\n"
+            "/subscriptionGroups/1/subscriptions/0/recurringSubscriptionPeriod: expected a text, "
+            "found a number; the file is refused\n"
+            "/products: expected a list, found an object; the file is refused\n");
 }
 
 }  // namespace
