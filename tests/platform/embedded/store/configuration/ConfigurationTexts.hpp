@@ -45,12 +45,17 @@ inline bool isReadWith(const ConfigurationReading& reading, std::string_view pro
   return reading.configuration.has_value() && problemsOf(reading) == problems;
 }
 
-/// Whether the file is refused and the last problem says this about this place.
+/// Whether the file is refused because of this about this place, and of nothing else.
 inline bool isRefusedWith(const ConfigurationReading& reading, std::string_view place,
                           std::string_view message) {
-  return !reading.configuration && !reading.problems.empty() &&
-         reading.problems.back().severity == ConfigurationProblem::Severity::error &&
-         reading.problems.back().place == place && reading.problems.back().message == message;
+  std::size_t reasons = 0;
+  bool found = false;
+  for (const auto& problem : reading.problems) {
+    if (problem.severity != ConfigurationProblem::Severity::error) continue;
+    ++reasons;
+    found = problem.place == place && problem.message == message;
+  }
+  return !reading.configuration && found && reasons == 1;
 }
 
 }  // namespace StoreKit::tests
