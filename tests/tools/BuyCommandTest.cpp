@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/tools/RefusingLedger.hpp"
 #include "tests/tools/ToolOnLedger.hpp"
 #include "tests/tools/ToolRun.hpp"
 
@@ -20,11 +21,12 @@ class BuyCommand : public testing::Test {
 TEST_F(BuyCommand, ShowsTheEventsAndThenTheResult) {
   const auto run = buy({"gems"});
 
-  EXPECT_EQ(run.lines(),
-            (Lines{R"({"event":"purchase.begin","productIdentifier":"gems"})",
-                   R"({"event":"purchase.success","productIdentifier":"gems"})",
-                   R"({"result":"success","productIdentifier":"gems","quantity":1,)"
-                   R"("transactionIdentifier":"2000000001","needsFinishTransaction":false})"}));
+  EXPECT_EQ(
+      run.lines(),
+      (Lines{R"({"event":"purchase.begin","productIdentifier":"gems"})",
+             R"({"event":"purchase.success","productIdentifier":"gems"})",
+             R"({"result":"success","productIdentifier":"gems","quantity":1,"identifier":"1",)"
+             R"("transactionIdentifier":"2000000001","needsFinishTransaction":false})"}));
   EXPECT_EQ(run.exitStatus, 0);
 }
 
@@ -62,6 +64,13 @@ TEST_F(BuyCommand, AFailedPurchaseIsAFailedEventAndAnErrorResult) {
 TEST_F(BuyCommand, ACodeWithoutASentenceShowsThePlatformsDescription) {
   EXPECT_EQ(buy({"gems", "--fail", "99"}).json().back()["message"],
             "The operation couldn’t be completed. (SKErrorDomain error 99.)");
+}
+
+TEST_F(BuyCommand, ACodeThatNoErrorHasIsWrongUsage) {
+  const auto run = buy({"gems", "--fail", "-1"});
+
+  EXPECT_EQ(run.exitStatus, 2);
+  EXPECT_THAT(run.errors, testing::HasSubstr("an error code is 0 or more, not -1"));
 }
 
 TEST_F(BuyCommand, AnUnknownProductHasItsResultBeforeTheEvent) {
@@ -107,11 +116,8 @@ TEST_F(BuyCommand, TellsAPersonWhichTransactionIsToBeApproved) {
 TEST_F(BuyCommand, TellsAPersonWhatHappened) {
   const auto run = runTool({"--config", shop_.path(), "buy", "gems"});
 
-  EXPECT_EQ(run.lines(),
-            (Lines{"event   purchase.begin  gems", "event   purchase.success  gems",
-                   "result  bought  1 x gems, transaction 2000000001, finished",
-                   "TQStoreKit.completeTransactions() should be called once when the app "
-                   "launches."}));
+  EXPECT_EQ(run.lines(), (Lines{"event   purchase.begin  gems", "event   purchase.success  gems",
+                                "result  bought  1 x gems, transaction 2000000001, finished"}));
 }
 
 using BuyOnALedger = tests::ToolOnLedger;
@@ -132,13 +138,52 @@ TEST_F(BuyOnALedger, AnOlderDeferredPurchaseOfTheProductIsNotItsResult) {
   EXPECT_EQ(run({"buy", "gems", "--ask-to-buy"}).json().back()["identifier"], "3");
 }
 
-TEST_F(BuyOnALedger, LosesNoPurchaseThatTheUserBeganInTheStore) {
+TEST_F(BuyOnALedger, LeavesWhatIsTheApplicationsToTheApplication) {
+  run({"buy", "levels"});
+  run({"refund", "1"});
   run({"storefront-buy", "levels"});
 
-  run({"buy", "gems"});
+  EXPECT_EQ(run({"buy", "gems"}).lines().size(), 3U);
 
-  EXPECT_THAT(lines({"launch"}), testing::ElementsAre(std::string(tests::TransactionLine{
-                                     "1", "levels", "purchased", false, "", true})));
+  EXPECT_THAT(
+      lines({"launch"}),
+      testing::ElementsAre(
+          R"({"event":"revoked","productIdentifier":"levels"})",
+          R"({"event":"storePurchase","productIdentifier":"levels","accepted":true})",
+          std::string(tests::TransactionLine{"2", "levels", "purchased", false, "", true})));
+}
+
+TEST_F(BuyOnALedger, AFinishThatTheLedgerRefusesIsSaidAndEndsWithOne) {
+  run({"transactions"});
+  tests::refuseChanges(ledger_, "new.finished = 1");
+
+  const auto answer = run({"buy", "gems"});
+
+  EXPECT_EQ(answer.exitStatus, 1);
+  EXPECT_EQ(answer.json().back()["result"], "success");
+  EXPECT_EQ(answer.json().back()["needsFinishTransaction"], true);
+  EXPECT_THAT(answer.errors, testing::HasSubstr("tqstore: the finish of transaction 1 could not be "
+                                                "written down: it is still to be finished\n"));
+  EXPECT_THAT(runForPerson({"buy", "gems"}).output, testing::HasSubstr(", still to be finished\n"));
+}
+
+// Takes as long as the tool waits: eight seconds.
+TEST_F(BuyOnALedger, AnOutcomeThatCannotBeWrittenDownEndsWithOne) {
+  run({"transactions"});
+  tests::refuseChanges(ledger_, "new.state = 1");
+
+  const auto answer = run({"buy", "gems"});
+
+  EXPECT_EQ(answer.exitStatus, 1);
+  EXPECT_EQ(answer.json().size(), 1U);  // it has begun
+  EXPECT_THAT(
+      answer.errors,
+      testing::EndsWith("tqstore: the outcome of the purchase could not be written down; the "
+                        "next application that starts on the ledger carries the purchase "
+                        "on\n"));
+  tests::changeLedger(ledger_, "DROP TRIGGER refusal");
+  EXPECT_THAT(lines({"launch"}),
+              testing::ElementsAre(std::string(tests::TransactionLine{"1", "gems", "purchased"})));
 }
 
 }  // namespace

@@ -60,6 +60,20 @@ TEST(CheckCommand, AFileThatCannotBeReadEndsWithOneAfterTheOthersWereChecked) {
   EXPECT_EQ(run.json()[1]["readable"], true);
 }
 
+TEST(CheckCommand, AFileThatIsRefusedHasAllItsProblemsShown) {
+  const TemporaryFile refused(R"({"products": [
+    {"productID": "a", "type": "Consumable", "displayPrice": "2,99"},
+    {"productID": 7}, {"type": "Consumable"}]})");
+
+  const auto object = check({refused.path()}).json().at(0);
+
+  EXPECT_EQ(object["readable"], false);
+  std::vector<std::string> places;
+  for (const auto& problem : object["problems"]) places.push_back(problem["place"]);
+  EXPECT_EQ(places, (std::vector<std::string>{"/products/0/displayPrice", "/products/1/productID",
+                                              "/products/2"}));
+}
+
 TEST(CheckCommand, TellsAPersonOnStandardOutput) {
   const TemporaryFile odd(kOdd);
 

@@ -67,7 +67,7 @@ TEST_F(ControlCommands, DeclineMakesADeferredPurchaseFail) {
 
   EXPECT_THAT(lines({"decline", "1"}), ElementsAre(declinedLevels(false)));
 
-  EXPECT_THAT(lines({"launch"}), ElementsAre(declinedLevels(false)));
+  EXPECT_THAT(lines({"launch"}), ElementsAre(declinedLevels(true)));
   EXPECT_EQ(transaction("1"), declinedLevels(true));
 }
 

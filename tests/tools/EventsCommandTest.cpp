@@ -97,6 +97,73 @@ TEST_F(EventsCommand, TellsAPersonInALine) {
                                                    "purchased  2000000001"));
 }
 
+TEST_F(EventsCommand, ShowsARefundAsOne) {
+  RunningTool events(watching());
+  events.line();
+
+  run({"refund", "1"});
+  run({"finish", "1"});
+
+  EXPECT_EQ(events.line(), R"({"event":"refunded","identifier":"1"})");
+  EXPECT_EQ(tests::withoutDates(events.line()),
+            std::string(TransactionLine{"1", "gems", "purchased", true}));
+}
+
+TEST_F(EventsCommand, ARefundThatWasBeforeIsSaidOfWhatIsUnfinished) {
+  run({"refund", "1"});
+  RunningTool events(watching());
+
+  EXPECT_EQ(events.line(), R"({"event":"refunded","identifier":"1"})");
+  EXPECT_EQ(tests::withoutDates(events.line()), kGems);
+}
+
+TEST_F(EventsCommand, WhatLooksTheSameIsNotShownAgain) {
+  run({"buy", "club", "--no-finish"});
+  RunningTool events(watching());
+  events.line();
+  const auto club = tests::withoutDates(events.line());
+
+  run({"renew", "club"});  // the first period runs no more, of which nothing can be seen
+  run({"buy", "levels", "--no-finish"});
+
+  std::vector<std::string> shown;
+  do {
+    shown.push_back(tests::withoutDates(events.line()));
+  } while (shown.size() < 5 && shown.back().find("\"levels\"") == std::string::npos);
+  EXPECT_THAT(shown, testing::Not(testing::Contains(club)));
+  const auto latest = std::unique(shown.begin(), shown.end());
+  EXPECT_EQ(latest, shown.end());
+}
+
+TEST_F(EventsCommand, TellsAPersonOfARefund) {
+  auto words = options();
+  words.insert(words.end(), {"events", "--unfinished"});
+  RunningTool events(words);
+  events.line();
+
+  run({"refund", "1"});
+
+  EXPECT_THAT(events.line(), testing::HasSubstr("  #1  1 x gems  purchased, refunded  2000000001"));
+}
+
+TEST_F(EventsCommand, MakesNoLedgerWhereThereIsNone) {
+  const auto nowhere = folder_.file("other.ledger");
+
+  const auto run = runTool({"--ledger", nowhere, "events"});
+
+  EXPECT_EQ(run.exitStatus, 2);
+  EXPECT_EQ(run.errors,
+            "tqstore: " + nowhere + ": there is no ledger; the store makes it when it is opened\n");
+  EXPECT_FALSE(std::filesystem::exists(nowhere));
+}
+
+TEST_F(EventsCommand, MakesNoLedgerOfAnEmptyFile) {
+  const TemporaryFile empty("");
+
+  EXPECT_EQ(runTool({"--ledger", empty.path(), "events"}).exitStatus, 2);
+  EXPECT_EQ(tests::bytesOf(empty.path()), "");
+}
+
 TEST_F(EventsCommand, ALedgerInMemoryIsWrongUsage) {
   const auto run = runTool({"--config", shop_.path(), "--ledger", ":memory:", "events"});
 

@@ -46,9 +46,24 @@ TEST_F(FinishCommand, AllFinishesEverythingInOrder) {
   EXPECT_THAT(lines({"finish", "--all"}), IsEmpty());
 }
 
+TEST_F(FinishCommand, TellsAPersonThatThereIsNothingToFinish) {
+  run({"finish", "--all"});
+
+  const auto again = runForPerson({"finish", "--all"});
+
+  EXPECT_EQ(again.exitStatus, 0);
+  EXPECT_EQ(again.output, "");
+  EXPECT_EQ(again.errors, "tqstore: there is nothing to finish\n");
+}
+
 TEST_F(FinishCommand, WantsEitherATransactionOrAll) {
-  EXPECT_EQ(run({"finish"}).exitStatus, 2);
-  EXPECT_EQ(run({"finish", "1", "--all"}).exitStatus, 2);
+  for (const auto& arguments :
+       {std::vector<std::string>{"finish"}, std::vector<std::string>{"finish", "1", "--all"}}) {
+    expectRefused(arguments,
+                  "finish wants one of these: TRANSACTION | --all\n"
+                  "(tqstore finish --help tells more)",
+                  2);
+  }
 }
 
 TEST_F(FinishCommand, AFinishedDeferredPurchaseIsStillDeliveredOnceItIsApproved) {

@@ -61,8 +61,16 @@ TEST(Help, NamesArgumentsAsTheyAreToBeGiven) {
               HasSubstr("tqstore [OPTION...] settings [OPTION...] [KEY] [VALUE]\n"));
   EXPECT_THAT(runTool({"approve", "--help"}).output,
               HasSubstr("tqstore [OPTION...] approve TRANSACTION\n"));
+  EXPECT_THAT(runTool({"finish", "--help"}).output,
+              HasSubstr("tqstore [OPTION...] finish (TRANSACTION | --all)\n"));
   EXPECT_THAT(runTool({"check", "--help"}).output,
               HasSubstr("tqstore [OPTION...] check FILE...\n"));
+}
+
+TEST(Help, OfWhatCanBeRefusedTellsWhenTheStatusIsOne) {
+  for (const char* command : {"buy", "restore", "launch", "products", "finish", "reset"}) {
+    EXPECT_THAT(runTool({command, "--help"}).output, HasSubstr("\n  1  ")) << command;
+  }
 }
 
 TEST(Help, ShowsOptionsWithTheirValuesAndDefaults) {

@@ -1,5 +1,6 @@
 #include <csignal>
 
+#include "tests/tools/RefusingLedger.hpp"
 #include "tests/tools/RunningTool.hpp"
 #include "tests/tools/ToolOnLedger.hpp"
 
@@ -32,10 +33,12 @@ TEST_F(LaunchCommand, DeliversWhatWasBoughtBeforeThePlugWasPulled) {
 TEST_F(LaunchCommand, FinishesWhenTold) {
   run({"buy", "gems", "--no-finish"});
 
-  EXPECT_THAT(lines({"launch", "--finish"}), ElementsAre(kGems));
+  const std::string finished = TransactionLine{"1", "gems", "purchased", true};
+
+  EXPECT_THAT(lines({"launch", "--finish"}), ElementsAre(finished));
 
   EXPECT_THAT(lines({"launch"}), IsEmpty());
-  EXPECT_EQ(transaction("1"), std::string(TransactionLine{"1", "gems", "purchased", true}));
+  EXPECT_EQ(transaction("1"), finished);
 }
 
 TEST_F(LaunchCommand, TellsAPersonWhatIsStillToBeFinished) {
@@ -45,6 +48,65 @@ TEST_F(LaunchCommand, TellsAPersonWhatIsStillToBeFinished) {
             "delivered  purchased  1 x gems, transaction 2000000001, still to be finished\n");
   EXPECT_EQ(runForPerson({"launch", "--finish"}).output,
             "delivered  purchased  1 x gems, transaction 2000000001, finished\n");
+}
+
+TEST_F(LaunchCommand, AFinishThatTheLedgerRefusesIsSaidAndEndsWithOne) {
+  run({"buy", "gems", "--no-finish"});
+  tests::refuseChanges(ledger_, "new.finished = 1");
+
+  const auto answer = run({"launch", "--finish"});
+
+  EXPECT_EQ(answer.exitStatus, 1);
+  EXPECT_EQ(withoutDates(answer.lines().at(0)), kGems);
+  EXPECT_THAT(answer.errors, testing::HasSubstr("tqstore: the finish of transaction 1 could not be "
+                                                "written down: it is still to be finished\n"));
+  EXPECT_EQ(runForPerson({"launch", "--finish"}).output,
+            "delivered  purchased  1 x gems, transaction 2000000001, still to be finished\n");
+}
+
+TEST_F(LaunchCommand, WhatTheLibraryFinishesIsShownAsFinished) {
+  run({"buy", "gems", "--ask-to-buy"});
+  run({"decline", "1"});
+
+  const auto shown = run({"launch"});
+
+  EXPECT_EQ(shown.json().at(0)["state"], "failed");
+  EXPECT_EQ(shown.json().at(0)["finished"], true);
+  EXPECT_EQ(transaction("1"), shown.lines().at(0));
+}
+
+// Takes as long as the tool waits: eight seconds.
+TEST_F(LaunchCommand, APurchaseThatStaysUnderWayEndsWithOne) {
+  run({"storefront-buy", "gems"});
+  tests::refuseChanges(ledger_, "new.state = 1");
+
+  const auto answer = run({"launch"});
+
+  EXPECT_EQ(answer.exitStatus, 1);
+  EXPECT_THAT(answer.errors, testing::EndsWith("tqstore: purchases are still under way\n"));
+}
+
+TEST_F(LaunchCommand, ShowsWhatARefundHasTakenAway) {
+  run({"buy", "levels"});
+  run({"refund", "1"});
+
+  EXPECT_THAT(lines({"launch"}),
+              ElementsAre(R"({"event":"revoked","productIdentifier":"levels"})"));
+  EXPECT_THAT(lines({"launch"}), IsEmpty());
+}
+
+TEST_F(LaunchCommand, WatchShowsARefundAtOnce) {
+  run({"buy", "gems", "--no-finish"});
+  auto words = options();
+  words.insert(words.end(), {"launch", "--watch"});
+  RunningTool watcher(words);
+  watcher.line();
+
+  run({"refund", "1"});
+
+  std::string line;
+  for (int i = 0; i < 2 && line != "revoked    gems"; ++i) line = watcher.line();
+  EXPECT_EQ(line, "revoked    gems");
 }
 
 TEST_F(LaunchCommand, TellsAPersonWhatWaitsForAnApproval) {

@@ -44,7 +44,8 @@ TEST_F(ProductsCommand, ShowsEveryFieldOfASubscription) {
     "discounts": [{"identifier": "back", "type": "subscription", "price": "9.99",
       "priceText": "R$9.99", "paymentMode": "payAsYouGo", "numberOfPeriods": 3,
       "subscriptionPeriod": {"unit": "month", "numberOfUnits": 1, "text": "1 month"}}],
-    "isFamilyShareable": false})");
+    "isFamilyShareable": false,
+    "isDownloadable": false, "downloadContentLengths": [], "downloadContentVersion": ""})");
   EXPECT_EQ(run.output, expected.dump() + "\n");
   EXPECT_EQ(run.exitStatus, 0);
 }
@@ -103,6 +104,28 @@ TEST_F(ProductsOnALedger, TheLocaleOptionIsForThisRunOnly) {
   run({"--locale", "de_DE", "products"});
 
   EXPECT_EQ(run({"products", "gems"}).json().at(0)["priceLocale"], "en_US@currency=BRL");
+}
+
+TEST_F(ProductsOnALedger, TheLocaleOptionWinsOverALocaleThatWasSet) {
+  run({"settings", "locale", "de_DE"});
+
+  EXPECT_EQ(run({"--locale", "fr_FR", "products", "gems"}).json().at(0)["priceLocale"],
+            "fr_FR@currency=BRL");
+  EXPECT_EQ(run({"products", "gems"}).json().at(0)["priceLocale"], "de_DE@currency=BRL");
+}
+
+TEST_F(ProductsOnALedger, ShowsTheContentThatIsHosted) {
+  std::filesystem::create_directory(folder_.file("content"));
+  tests::write(folder_.file("content/map"), "12345");
+  run({"settings", "hostedContent.levels", folder_.file("content")});
+  run({"settings", "hostedContentVersion.levels", "1.10"});
+
+  const auto levels = run({"products", "levels"}).json().at(0);
+
+  EXPECT_EQ(levels["isDownloadable"], true);
+  EXPECT_EQ(levels["downloadContentLengths"], Json::array({5}));
+  EXPECT_EQ(levels["downloadContentVersion"], "1.10");
+  EXPECT_THAT(runForPerson({"products"}).output, testing::HasSubstr("5 bytes, version 1.10\n"));
 }
 
 TEST_F(ProductsCommand, PeriodsAreInTheUsersLanguageWhateverThePriceLocaleIs) {

@@ -1,3 +1,4 @@
+#include "tests/tools/RefusingLedger.hpp"
 #include "tests/tools/ToolOnLedger.hpp"
 
 namespace {
@@ -63,11 +64,30 @@ TEST_F(RestoreCommand, ForAUserLeavesOutWhatWasRestoredForAnother) {
 TEST_F(RestoreCommand, TellsAPersonHowManyThereWere) {
   run({"buy", "levels"});
 
-  EXPECT_EQ(runForPerson({"restore", "--finish"}).lines(),
-            (std::vector<std::string>{
-                "TQStoreKit.completeTransactions() should be called once when the app launches.",
-                "delivered  restored  1 x levels, transaction 2000000002, finished",
-                "result     1 restored"}));
+  EXPECT_EQ(
+      runForPerson({"restore", "--finish"}).lines(),
+      (std::vector<std::string>{"delivered  restored  1 x levels, transaction 2000000002, finished",
+                                "result     1 restored"}));
+}
+
+TEST_F(RestoreCommand, AFinishThatTheLedgerRefusesIsSaidAndEndsWithOne) {
+  run({"buy", "levels"});
+  tests::refuseChanges(ledger_, "new.finished = 1 AND new.state = 3");
+
+  const auto answer = run({"restore", "--finish"});
+
+  EXPECT_EQ(answer.exitStatus, 1);
+  EXPECT_EQ(answer.json().at(0)["finished"], false);
+  EXPECT_THAT(answer.errors,
+              testing::HasSubstr("the finish of transaction 2 could not be written"));
+}
+
+TEST_F(RestoreCommand, LeavesAPurchaseBegunInTheStoreToTheApplication) {
+  run({"storefront-buy", "levels"});
+
+  run({"restore"});
+
+  EXPECT_THAT(lines({"launch"}), testing::Contains(testing::HasSubstr("storePurchase")));
 }
 
 }  // namespace

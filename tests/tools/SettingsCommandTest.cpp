@@ -39,6 +39,15 @@ TEST_F(SettingsCommand, ALocaleIsTextWhateverItReadsLike) {
   EXPECT_EQ(json({"settings", "locale", "12"}), R"({"locale":"12"})");
 }
 
+TEST_F(SettingsCommand, AVersionOfContentIsTextWhateverItReadsLike) {
+  const auto folder = folder_.file("content");
+  ::mkdir(folder.c_str(), 0700);
+  run({"settings", "hostedContent.levels", folder});
+
+  EXPECT_EQ(json({"settings", "hostedContentVersion.levels", "1.10"}),
+            R"({"hostedContentVersion.levels":"1.10"})");
+}
+
 TEST_F(SettingsCommand, WhatIsSetHoldsForOtherPrograms) {
   run({"settings", "storefront", "JPN"});
 

@@ -1,3 +1,4 @@
+#include "platform/embedded/store/StoreSession.hpp"
 #include "tests/tools/ToolOnLedger.hpp"
 
 namespace {
@@ -7,6 +8,19 @@ using testing::IsEmpty;
 using tests::TransactionLine;
 
 class TransactionsCommand : public tests::ToolOnLedger {};
+
+// Bought two weeks and a day ago: the introductory period is over, and the next is not paid.
+void makeUnpaidRenewal(const std::string& shop, const std::string& ledger) {
+  auto now = std::make_shared<double>(Foundation::Date::now().timeIntervalSince1970() - 15 * 86400);
+  const auto opening = StoreKit::StoreSession::open(
+      shop,
+      {.ledger = ledger, .sources = {.now = [now] { return Foundation::Date::sinceEpoch(*now); }}});
+  ASSERT_TRUE(opening.session);
+  opening.session->setBillingRetryOnRenewalEnabled(true);
+  ASSERT_FALSE(opening.session->buyProduct("club"));
+  *now += 15 * 86400;
+  opening.session->clockDidChange();
+}
 
 const std::string kGems =
     R"({"identifier":"1","transactionIdentifier":"2000000001","productIdentifier":"gems",)"
@@ -72,6 +86,26 @@ TEST_F(TransactionsCommand, APersonSeesWhatBecameOfThem) {
   EXPECT_THAT(table[1], testing::HasSubstr("  purchased, finished, refunded  "));
   EXPECT_THAT(table[2], testing::HasSubstr("  failed, interrupted, finished  "));
   EXPECT_THAT(table[3], testing::HasSubstr("  purchasing, not yet asked  "));
+}
+
+TEST_F(TransactionsCommand, APersonSeesUntilWhenASubscriptionRuns) {
+  run({"buy", "gems"});
+  run({"buy", "club"});
+
+  const auto table = runForPerson({"transactions", "--all"}).lines();
+
+  EXPECT_THAT(table.at(0), testing::EndsWith("  User  Subscription"));
+  EXPECT_THAT(table.at(2), testing::MatchesRegex(".*  until 20..-..-..T..:..:..Z, renews"));
+}
+
+TEST_F(TransactionsCommand, APersonSeesThatARenewalIsUnpaid) {
+  makeUnpaidRenewal(shop_.path(), ledger_);
+
+  const auto table = runForPerson({"transactions", "--all"}).lines();
+
+  ASSERT_EQ(table.size(), 2U);
+  EXPECT_THAT(table[1], testing::HasSubstr("  purchased, renewal unpaid  "));
+  EXPECT_THAT(table[1], testing::MatchesRegex(".*  ended 20..-..-..T..:..:..Z"));
 }
 
 TEST_F(TransactionsCommand, ALedgerThatIsRefusedIsAnErrorOfTheInput) {

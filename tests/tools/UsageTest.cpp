@@ -48,7 +48,26 @@ TEST(Usage, WrongUsageExitsWithTwoAndSaysWhyOnStandardError) {
     const auto run = runTool(arguments);
     EXPECT_EQ(run.exitStatus, 2) << testing::PrintToString(arguments);
     EXPECT_EQ(run.output, "") << testing::PrintToString(arguments);
-    EXPECT_NE(run.errors, "") << testing::PrintToString(arguments);
+    EXPECT_EQ(run.errors.rfind("tqstore: ", 0), 0U) << testing::PrintToString(arguments);
+  }
+}
+
+TEST(Usage, NamesTheWordThatIsWrongAndWhatIsNearIt) {
+  const std::vector<std::pair<std::vector<std::string>, std::string>> wrong = {
+      {{"nonsense"}, "there is no command \"nonsense\"\n(tqstore --help tells more)\n"},
+      {{"prodcts"},
+       "there is no command \"prodcts\"; did you mean products?\n(tqstore --help tells more)\n"},
+      {{"--nonsense"}, "there is no option --nonsense\n(tqstore --help tells more)\n"},
+      {{"--jsn", "products"},
+       "there is no option --jsn; did you mean --json?\n(tqstore products --help tells more)\n"},
+      {{"buy", "a", "--quantty=3"},
+       "there is no option --quantty; did you mean --quantity?\n(tqstore buy --help tells "
+       "more)\n"},
+      {{"decline", "1", "2"},
+       "decline has no use for \"2\"\n(tqstore decline --help tells more)\n"},
+      {{}, "no command; tqstore --help lists them\n"}};
+  for (const auto& [arguments, problem] : wrong) {
+    EXPECT_EQ(runTool(arguments).errors, "tqstore: " + problem);
   }
 }
 

@@ -8,9 +8,9 @@
 #include "TQStoreKitLib/TQStoreKitLib.hpp"
 #include "platform/embedded/Dispatch/MainLoop.hpp"
 #include "tools/tqstore/DeferralWatch.hpp"
-#include "tools/tqstore/Json.hpp"
+#include "tools/tqstore/Patience.hpp"
 #include "tools/tqstore/PurchaseEvents.hpp"
-#include "tools/tqstore/StorePurchases.hpp"
+#include "tools/tqstore/PurchaseResult.hpp"
 
 namespace tqstore {
 
@@ -28,47 +28,6 @@ struct BuyOptions {
   bool cancel = false;
 };
 
-void showSuccess(const TQPurchaseDetails& details, bool json) {
-  const auto identifier = details.transaction->transactionIdentifier();
-  if (json) {
-    writeJson({{"result", "success"},
-               {"productIdentifier", details.productId},
-               {"quantity", details.quantity},
-               {"transactionIdentifier", identifier ? Json(*identifier) : Json(nullptr)},
-               {"needsFinishTransaction", details.needsFinishTransaction}});
-    return;
-  }
-  writeLine(styled("result  ", Style::dim) + styled("bought", Style::green) + "  " +
-            std::to_string(details.quantity) + " x " + printable(details.productId) +
-            ", transaction " + identifier.value_or("without identifier") +
-            (details.needsFinishTransaction ? ", still to be finished" : ", finished"));
-}
-
-void showError(const TQSKError& error, bool json) {
-  if (json) {
-    writeJson({{"result", "error"}, {"message", error.msg()}});
-  } else {
-    writeLine(styled("result  ", Style::dim) + styled("error", Style::red) + "  " +
-              printable(error.msg()));
-  }
-}
-
-void showDeferred(const StoreKit::LedgerEntry& entry, bool json) {
-  const auto& payment = entry.payment;
-  const auto number = std::to_string(entry.identifier);
-  if (json) {
-    writeJson({{"result", "deferred"},
-               {"productIdentifier", payment.productIdentifier},
-               {"quantity", payment.quantity},
-               {"identifier", number},
-               {"transactionIdentifier", nullptr}});
-    return;
-  }
-  writeLine(styled("result  ", Style::dim) + styled("deferred", Style::bold) + "  " +
-            std::to_string(payment.quantity) + " x " + printable(payment.productIdentifier) +
-            ", to be approved or declined as transaction " + number);
-}
-
 void prepare(StoreKit::StoreSession& session, const BuyOptions& purchase) {
   if (purchase.cancel) session.cancelPurchases();
   if (purchase.failWith) {
@@ -76,41 +35,52 @@ void prepare(StoreKit::StoreSession& session, const BuyOptions& purchase) {
   }
 }
 
+// How the purchase ended. A success is shown once its finish has had its turn.
+struct Outcome {
+  std::optional<TQPurchaseDetails> bought{};
+  std::optional<ExitStatus> status{};
+
+  void take(const TQPurchaseResult& result, bool json) {
+    result.match([&](const TQPurchaseDetails& details) { bought = details; },
+                 [&](const TQSKError& error) { status = showError(error, json); });
+    Dispatch::MainLoop::stop();
+  }
+};
+
+TQIdentifierPurchaseOptions libraryOptions(const BuyOptions& purchase) {
+  return {.quantity = purchase.quantity,
+          .atomically = purchase.finish,
+          .applicationUsername = purchase.user,
+          .simulatesAskToBuyInSandbox = purchase.askToBuy};
+}
+
+// The product is asked for, and then bought: the store takes its time twice.
+bool waitFor(const Outcome& outcome, double answerDelay) {
+  const auto hasEnded = [&] { return outcome.bought || outcome.status; };
+  if (runUntil(hasEnded, 2 * answerDelay)) return true;
+  complain(hasPurchasesUnderWay()
+               ? "the outcome of the purchase could not be written down; the next application that "
+                 "starts on the ledger carries the purchase on"
+               : "the store has not answered");
+  return false;
+}
+
 ExitStatus buy(StoreKit::StoreSession& session, const GlobalOptions& options,
                const BuyOptions& purchase) {
   prepare(session, purchase);
-  acceptStorePurchases();
+  StoreKit::StoreSession::setIsForApplication(false);
   const auto events = showPurchaseEvents(options.json);
-  std::optional<ExitStatus> status;
-  const auto end = [&](ExitStatus how) {
-    status = how;
-    Dispatch::MainLoop::stop();
-  };
-  TQStoreKit::purchaseProduct(purchase.productIdentifier,
-                              {.quantity = purchase.quantity,
-                               .atomically = purchase.finish,
-                               .applicationUsername = purchase.user,
-                               .simulatesAskToBuyInSandbox = purchase.askToBuy},
-                              [&](const TQPurchaseResult& result) {
-                                result.match(
-                                    [&](const TQPurchaseDetails& details) {
-                                      showSuccess(details, options.json);
-                                      end(kDone);
-                                    },
-                                    [&](const TQSKError& error) {
-                                      showError(error, options.json);
-                                      end(kRefused);
-                                    });
-                              });
+  Outcome outcome;
+  TQStoreKit::purchaseProduct(
+      purchase.productIdentifier, libraryOptions(purchase),
+      [&](const TQPurchaseResult& result) { outcome.take(result, options.json); });
   const DeferralWatch watch(purchase.productIdentifier, [&](const StoreKit::LedgerEntry& entry) {
-    showDeferred(entry, options.json);
-    end(kDone);
+    outcome.status = showDeferred(entry, options.json);
+    Dispatch::MainLoop::stop();
   });
-  while (!status) Dispatch::MainLoop::run();
-  while (Dispatch::MainLoop::drain() > 0) {
-    // The finish is still under way.
-  }
-  return *status;
+  if (!waitFor(outcome, session.answerDelay())) return kRefused;
+  if (outcome.bought) return showSuccess(*outcome.bought, options.json);
+  return outcome.status.value_or(kRefused);
 }
 
 Manual manual() {
@@ -121,13 +91,23 @@ Manual manual() {
           "Buys through the library, and shows the store's events and the result in the order in "
           "which they happen. What earlier runs left unfinished stays as it is.\n"
           "\n"
+          "It buys beside the application: purchases that a dead program had begun, or that the "
+          "user began in the store, and refunds that nobody was told of are left for that one.\n"
+          "\n"
           "A purchase that somebody else has to approve (the setting askToBuyEnabled, or "
           "--ask-to-buy) ends as deferred; approve and decline settle it.",
-      .refusal = "The purchase failed, or was cancelled.",
+      .refusal =
+          "The purchase failed, or was cancelled. Or its outcome or its finish could not be "
+          "written down: standard error says which.",
       .examples =
           " tqstore --config shop.storekit buy gems.100 --quantity 3\n"
           " tqstore --config shop.storekit buy gems.100 --cancel\n"
           " tqstore --config shop.storekit --json buy levels --user ann --no-finish\n"};
+}
+
+// Why the store has no such error; empty when it has.
+std::string negativeCode(const std::string& text) {
+  return text.starts_with("-") ? "an error code is 0 or more, not " + text : "";
 }
 
 void addOptions(CLI::App& command, BuyOptions& purchase) {
@@ -141,7 +121,7 @@ void addOptions(CLI::App& command, BuyOptions& purchase) {
   command.add_flag("--ask-to-buy", purchase.askToBuy, "Ask somebody else to approve it");
   auto* fail = command.add_option("--fail", purchase.failWith,
                                   "Let the purchase fail with this store error code");
-  fail->type_name("CODE");
+  fail->type_name("CODE")->check(CLI::Validator(negativeCode, ""));
   command.add_flag("--cancel", purchase.cancel, "Let the user cancel the purchase")->excludes(fail);
 }
 

@@ -21,8 +21,12 @@ struct GlobalOptions {
   bool json = false;
 };
 
-/// Writes a line to standard output at once, so that it stands in order with everything else.
+/// Writes a line to standard output at once, so that it stands in order with everything else. The
+/// first that cannot be written is complained of.
 void writeLine(std::string_view line);
+
+/// True once a line could not be written: what goes on for ever to show something has no reason to.
+[[nodiscard]] bool outputIsLost();
 
 /// Writes "tqstore: MESSAGE" to standard error.
 void complain(std::string_view message);
@@ -37,7 +41,8 @@ enum class Style { bold, green, red, dim };
 /// "1 product", "2 products".
 [[nodiscard]] std::string counted(std::size_t count, const std::string& what);
 
-/// `text` with control characters made visible, so that a product's name cannot drive the terminal.
+/// `text` with control characters and what is no UTF-8 made visible, so that a product's name cannot
+/// drive the terminal.
 [[nodiscard]] std::string printable(std::string_view text);
 
 }  // namespace tqstore

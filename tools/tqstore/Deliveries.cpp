@@ -1,7 +1,6 @@
 #include "tools/tqstore/Deliveries.hpp"
 
 #include "TQStoreKitLib/TQStoreKitLib.hpp"
-#include "platform/embedded/Dispatch/MainLoop.hpp"
 #include "tools/tqstore/Console.hpp"
 #include "tools/tqstore/StoreOpening.hpp"
 #include "tools/tqstore/TransactionText.hpp"
@@ -17,39 +16,53 @@ bool isToBeFinished(const TQPurchase& purchase) {
          purchase.transaction->transactionState() != StoreKit::SKPaymentTransactionState::deferred;
 }
 
-const char* outlook(const StoreKit::LedgerEntry& entry, bool finished) {
-  if (finished) return ", finished";
+bool isFinishedBy(const TQPurchase& purchase, Handling handling) {
+  return !purchase.needsFinishTransaction || (handling.finishes && isToBeFinished(purchase));
+}
+
+const char* outlook(const StoreKit::LedgerEntry& entry) {
+  if (entry.finished) return ", finished";
   const bool waits = entry.state == StoreKit::SKPaymentTransactionState::deferred;
   return waits ? ", to be approved or declined" : ", still to be finished";
 }
 
-void show(const TQPurchase& purchase, const StoreKit::LedgerEntry& entry, bool finished) {
+void show(const TQPurchase& purchase, const StoreKit::LedgerEntry& entry) {
   const auto known = entry.transactionIdentifier.value_or("#" + std::to_string(entry.identifier));
-  writeLine(styled("delivered  ", Style::dim) + stateText(entry) + "  " +
+  auto delivered = entry;
+  delivered.finished = false;  // which is said at the end
+  writeLine(styled("delivered  ", Style::dim) + stateText(delivered) + "  " +
             std::to_string(purchase.quantity) + " x " + printable(purchase.productId) +
-            ", transaction " + known + outlook(entry, finished));
+            ", transaction " + known + outlook(entry));
 }
 
 }  // namespace
 
-void handleDeliveries(const std::vector<TQPurchase>& purchases, Handling handling) {
+void finishDelivered(const std::vector<TQPurchase>& purchases, Handling handling) {
+  if (!handling.finishes) return;
   for (const auto& purchase : purchases) {
-    const auto entry = entryOf(*purchase.transaction);
-    if (!entry) continue;
-    const bool finishes = handling.finishes && isToBeFinished(purchase);
-    if (handling.json) {
-      writeJson(toJson(*entry, ledger()));
-    } else {
-      show(purchase, *entry, finishes || !purchase.needsFinishTransaction);
+    if (isToBeFinished(purchase)) {
+      TQStoreKitLib::TQStoreKit::finishTransaction(*purchase.transaction);
     }
-    if (finishes) TQStoreKitLib::TQStoreKit::finishTransaction(*purchase.transaction);
   }
 }
 
-void runQueued() {
-  while (Dispatch::MainLoop::drain() > 0) {
-    // Each round may have queued another.
+bool showDelivered(const std::vector<TQPurchase>& purchases, Handling handling) {
+  bool good = true;
+  for (const auto& purchase : purchases) {
+    const auto seen = entryOf(*purchase.transaction);
+    if (!seen) continue;
+    const auto entry = latest(*seen, ledger());
+    if (handling.json) {
+      writeJson(toJson(entry, ledger()));
+    } else {
+      show(purchase, entry);
+    }
+    if (entry.finished || !isFinishedBy(purchase, handling)) continue;
+    good = false;
+    complain("the finish of transaction " + std::to_string(entry.identifier) +
+             " could not be written down: it is still to be finished");
   }
+  return good;
 }
 
 }  // namespace tqstore

@@ -1,6 +1,10 @@
 #include "tools/tqstore/EventsCommand.hpp"
 
+#include <cstdint>
+#include <map>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "platform/Dispatch/MainQueue.hpp"
 #include "platform/embedded/Dispatch/MainLoop.hpp"
@@ -14,52 +18,59 @@ namespace {
 using StoreKit::LedgerEntry;
 
 std::string entryText(const LedgerEntry& entry) {
-  auto text = styled(isoDate(Foundation::Date::now()), Style::dim) + "  #" +
-              std::to_string(entry.identifier) + "  " + std::to_string(entry.payment.quantity) +
-              " x " + printable(entry.payment.productIdentifier) + "  " +
+  auto text = "#" + std::to_string(entry.identifier) + "  " +
+              std::to_string(entry.payment.quantity) + " x " +
+              printable(entry.payment.productIdentifier) + "  " +
               (entry.deleted ? "deleted" : stateText(entry));
   if (entry.transactionIdentifier) text += "  " + *entry.transactionIdentifier;
   return text;
 }
 
-// Shows each entry that has changed since the last look. Main thread.
+// Shows each entry that has changed since the last look, unless what can be seen of it is the same.
+// Main thread.
 class EventStream {
  public:
   EventStream(StoreKit::Ledger& ledger, bool json)
       : ledger_(ledger), json_(json), revision_(ledger.revision()) {}
 
-  void showUnfinished() const {
-    for (const auto& entry : ledger_.unfinished()) show(entry);
+  void showUnfinished() {
+    for (const auto& entry : ledger_.unfinished()) show(entry, entry.cancelDate.has_value());
   }
 
   void look() {
-    for (const auto& entry : ledger_.changedAfter(revision_)) {
+    const auto known = revision_;
+    for (const auto& entry : ledger_.changedAfter(known)) {
       revision_ = entry.revision;
-      show(entry);
+      show(entry, entry.refundRevision.value_or(0) > known);
     }
+    if (outputIsLost()) Dispatch::MainLoop::stop();
   }
 
  private:
-  void show(const LedgerEntry& entry) const {
-    if (!json_) {
-      writeLine(entryText(entry));
-    } else if (entry.deleted) {
-      writeJson({{"event", "deleted"}, {"identifier", std::to_string(entry.identifier)}});
-    } else {
-      writeJson(toJson(entry, ledger_));
+  void show(const LedgerEntry& entry, bool refunded) {
+    const auto number = std::to_string(entry.identifier);
+    if (json_ && refunded && !entry.deleted) {
+      writeJson({{"event", "refunded"}, {"identifier", number}});
     }
+    auto text = json_ ? jsonText(entry, number) : entryText(entry);
+    auto& shown = shown_[entry.identifier];
+    if (shown == text) return;
+    shown = std::move(text);
+    writeLine(json_ ? shown : styled(isoDate(Foundation::Date::now()), Style::dim) + "  " + shown);
+  }
+
+  [[nodiscard]] std::string jsonText(const LedgerEntry& entry, const std::string& number) const {
+    return asLine(entry.deleted ? Json({{"event", "deleted"}, {"identifier", number}})
+                                : toJson(entry, ledger_));
   }
 
   StoreKit::Ledger& ledger_;
   bool json_;
   std::int64_t revision_;
+  std::map<std::int64_t, std::string> shown_;  // of each transaction, what was shown last
 };
 
 ExitStatus follow(StoreKit::Ledger& ledger, const GlobalOptions& options, bool unfinishedFirst) {
-  if (options.ledger == ":memory:") {
-    complain("a ledger in memory is this program's own: nothing will ever happen in it");
-    return kUsage;
-  }
   EventStream stream(ledger, options.json);
   const Interruption interruption;
   if (unfinishedFirst) stream.showUnfinished();
@@ -70,19 +81,26 @@ ExitStatus follow(StoreKit::Ledger& ledger, const GlobalOptions& options, bool u
 }
 
 Manual manual() {
-  return {.group = "The ledger",
-          .summary = "Show what happens in the ledger, live",
-          .description =
-              "Shows each transaction that is added or changed, by whichever program on the "
-              "ledger, within a tenth of a second, until it is interrupted. Changes of one "
-              "transaction that follow each other faster are shown as one, the last.\n"
-              "\n"
-              "It only reads: nothing is delivered, finished or carried on. With --json a line is "
-              "the transaction as it is now, or {\"event\": \"deleted\", \"identifier\": ...} "
-              "when it was removed from the ledger.",
-          .examples =
-              " tqstore --config shop.storekit events\n"
-              " tqstore --ledger shop.ledger --json events --unfinished\n"};
+  return {
+      .group = "The ledger",
+      .summary = "Show what happens in the ledger, live",
+      .description =
+          "Shows each transaction that is added or changed, by whichever program on the "
+          "ledger, within a tenth of a second, until it is interrupted. Changes of one "
+          "transaction that follow each other faster are shown as one, the last; a change of which "
+          "nothing can be seen is not shown.\n"
+          "\n"
+          "It only reads: nothing is delivered, finished or carried on. There must be a ledger "
+          "already, and one that can be written to, as every program that has it open keeps a "
+          "lock in it.\n"
+          "\n"
+          "With --json a line is the transaction as it is now; {\"event\": \"refunded\", "
+          "\"identifier\": ...} when it was refunded, which its members do not tell; or "
+          "{\"event\": \"deleted\", \"identifier\": ...} when it was removed from the ledger.",
+      .refusal = "Standard output cannot be written to.",
+      .examples =
+          " tqstore --config shop.storekit events\n"
+          " tqstore --ledger shop.ledger --json events --unfinished\n"};
 }
 
 }  // namespace

@@ -61,7 +61,9 @@ ExitStatus finishOne(const std::string& identifier, const GlobalOptions& options
 ExitStatus finishAll(const GlobalOptions& options) {
   auto entries = ledger().unfinished();
   entries.erase(std::remove_if(entries.begin(), entries.end(), isPurchasing), entries.end());
-  return entries.empty() ? kDone : finishEntries(std::move(entries), options);
+  if (!entries.empty()) return finishEntries(std::move(entries), options);
+  if (!options.json) complain("there is nothing to finish");
+  return kDone;
 }
 
 Manual manual() {

@@ -68,9 +68,11 @@ std::string unitName(SKProductPeriodUnit unit) {
   return "unknown";
 }
 
-void writeJson(const Json& value) {
-  writeLine(value.dump(-1, ' ', false, Json::error_handler_t::replace));
+std::string asLine(const Json& value) {
+  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
+
+void writeJson(const Json& value) { writeLine(asLine(value)); }
 
 Json toJson(const CatalogueEntry& entry) {
   const auto& product = *entry.product;
@@ -88,7 +90,10 @@ Json toJson(const CatalogueEntry& entry) {
           {"subscriptionGroupIdentifier", orNull(product.subscriptionGroupIdentifier())},
           {"introductoryPrice", introductory ? discountJson(*introductory) : Json(nullptr)},
           {"discounts", discountsJson(product.discounts())},
-          {"isFamilyShareable", product.isFamilyShareable()}};
+          {"isFamilyShareable", product.isFamilyShareable()},
+          {"isDownloadable", product.isDownloadable()},
+          {"downloadContentLengths", product.downloadContentLengths()},
+          {"downloadContentVersion", product.downloadContentVersion()}};
 }
 
 }  // namespace tqstore

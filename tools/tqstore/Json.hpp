@@ -1,6 +1,7 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <string>
 
 #include "platform/embedded/store/Catalogue.hpp"
 
@@ -9,7 +10,10 @@ namespace tqstore {
 /// JSON objects keep their fields in the order in which they are written here.
 using Json = nlohmann::ordered_json;
 
-/// One line of JSON on standard output. Text that is not UTF-8 is replaced, never an error.
+/// JSON on one line. Text that is not UTF-8 is replaced, never an error.
+[[nodiscard]] std::string asLine(const Json& value);
+
+/// The same, on standard output.
 void writeJson(const Json& value);
 
 [[nodiscard]] Json toJson(const StoreKit::CatalogueEntry& entry);

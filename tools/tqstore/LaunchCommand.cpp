@@ -1,14 +1,15 @@
 #include "tools/tqstore/LaunchCommand.hpp"
 
-#include <algorithm>
-#include <chrono>
 #include <memory>
+#include <vector>
 
 #include "TQStoreKitLib/TQStoreKitLib.hpp"
+#include "platform/Dispatch/MainQueue.hpp"
 #include "platform/embedded/Dispatch/MainLoop.hpp"
 #include "tools/tqstore/Deliveries.hpp"
 #include "tools/tqstore/Interruption.hpp"
-#include "tools/tqstore/StoreOpening.hpp"
+#include "tools/tqstore/Patience.hpp"
+#include "tools/tqstore/RevocationWatch.hpp"
 #include "tools/tqstore/StorePurchases.hpp"
 
 namespace tqstore {
@@ -17,73 +18,79 @@ namespace {
 
 using namespace TQStoreKitLib;
 
-using Clock = std::chrono::steady_clock;
-
-constexpr std::chrono::milliseconds kBetweenLooks{10};
-constexpr double kPatience = 5;  // seconds, beside those that the store takes
-
 struct LaunchOptions {
   bool finishes = false;
   bool watches = false;
   bool refuses = false;
 };
 
-// Purchases that this program carries on, and that the store has not decided on yet.
-bool hasPurchasesUnderWay() {
-  const auto entries = ledger().unfinished();
-  return std::any_of(entries.begin(), entries.end(), [](const StoreKit::LedgerEntry& entry) {
-    return entry.owner == ledger().owner();
-  });
-}
-
-// Not for ever: a ledger that cannot be written to leaves purchases under way.
-void runUntilQuiet(double answerDelay) {
-  const auto start = Clock::now();
-  runQueued();
-  while (hasPurchasesUnderWay()) {
-    const std::chrono::duration<double> waited = Clock::now() - start;
-    if (waited.count() > answerDelay + kPatience) return complain("purchases are still under way");
-    Dispatch::MainLoop::runFor(kBetweenLooks);
-    runQueued();
+// What is given to the launch-time completion, shown a turn later: a finish has happened by then, or
+// was refused.
+class Deliveries {
+ public:
+  explicit Deliveries(Handling handling) : handling_(handling) {
+    TQStoreKit::completeTransactions(
+        {.atomically = false},
+        [this](const std::vector<TQPurchase>& purchases) { take(purchases); });
   }
+
+  [[nodiscard]] bool areFinished() const { return finished_; }
+
+ private:
+  void take(const std::vector<TQPurchase>& purchases) {
+    finishDelivered(purchases, handling_);
+    Dispatch::mainQueue().async([this, purchases] {
+      if (!showDelivered(purchases, handling_)) finished_ = false;
+      if (outputIsLost()) Dispatch::MainLoop::stop();
+    });
+  }
+
+  Handling handling_;
+  bool finished_ = true;
+};
+
+bool runUntilQuiet(double answerDelay) {
+  if (runUntil([] { return !hasPurchasesUnderWay(); }, answerDelay)) return true;
+  complain("purchases are still under way");
+  return false;
 }
 
-void runUntilInterrupted() {
+bool runUntilInterrupted() {
   const Interruption interruption;
   Dispatch::MainLoop::run();
   runQueued();
+  return true;
 }
 
 ExitStatus launch(const StoreKit::StoreSession& session, const GlobalOptions& options,
                   const LaunchOptions& wanted) {
   answerStorePurchases(!wanted.refuses, options.json);
-  TQStoreKit::completeTransactions(
-      {.atomically = false}, [&](const std::vector<TQPurchase>& purchases) {
-        handleDeliveries(purchases, {.json = options.json, .finishes = wanted.finishes});
-      });
-  if (wanted.watches) {
-    runUntilInterrupted();
-  } else {
-    runUntilQuiet(session.answerDelay());
-  }
-  return kDone;
+  const RevocationWatch revocations(options.json);
+  const Deliveries deliveries({.json = options.json, .finishes = wanted.finishes});
+  const bool quiet = wanted.watches ? runUntilInterrupted() : runUntilQuiet(session.answerDelay());
+  return quiet && deliveries.areFinished() ? kDone : kRefused;
 }
 
 Manual manual() {
-  return {.group = "Buying",
-          .summary = "Start as an application does, and show what it is given",
-          .description =
-              "Registers the launch-time completion and shows what it is given, until the queue "
-              "is quiet: what earlier runs left unfinished, what was bought or approved "
-              "meanwhile. Purchases that a dead program had begun are carried on.\n"
-              "\n"
-              "Asked about a purchase that the user began in the store (see storefront-buy), it "
-              "says so, and accepts.\n"
-              "\n"
-              "With --watch it stays, and shows what other programs do, until it is interrupted.",
-          .examples =
-              " tqstore --config shop.storekit launch --finish\n"
-              " tqstore --config shop.storekit --json launch --watch\n"};
+  return {
+      .group = "Buying",
+      .summary = "Start as an application does, and show what it is given",
+      .description =
+          "Registers the launch-time completion and shows what it is given, until the queue "
+          "is quiet: what earlier runs left unfinished, what was bought or approved "
+          "meanwhile, and what was lost by a refund. Purchases that a dead program had begun are "
+          "carried on.\n"
+          "\n"
+          "Asked about a purchase that the user began in the store (see storefront-buy), it "
+          "says so, and accepts.\n"
+          "\n"
+          "With --watch it stays, and shows what other programs do, until it is interrupted.",
+      .refusal =
+          "A finish could not be written down, or purchases are still under way after "
+          "eight seconds more than the store takes.",
+      .examples =
+          " tqstore --config shop.storekit launch --finish\n"
+          " tqstore --config shop.storekit --json launch --watch\n"};
 }
 
 }  // namespace

@@ -29,15 +29,27 @@ TQProductsResponse fetch(const TQProductIdentifiers& identifiers) {
   return *answer;
 }
 
-// The answer is a set; the configuration knows the order and the types.
+// The answer is a set; the catalogue knows the order, the types and the language.
 std::vector<CatalogueEntry> inOrder(const StoreKit::Catalogue& catalogue,
                                     const TQProductsResponse& response) {
+  std::set<std::string> sold;
+  for (const auto& product : response.valids()) sold.insert(product->productIdentifier());
   std::vector<CatalogueEntry> entries;
   for (const auto& entry : catalogue.entries()) {
-    const auto found = response.valids().find(entry.product);
-    if (found != response.valids().end()) entries.push_back({entry.type, *found});
+    if (sold.contains(entry.product->productIdentifier())) entries.push_back(entry);
   }
   return entries;
+}
+
+// In the user's language and with the prices of the storefront; --locale takes the place of every
+// other, also of one that was set. It is not set here: a setting holds for every program.
+StoreKit::Catalogue shownCatalogue(const StoreKit::StoreSession& session,
+                                   const GlobalOptions& options) {
+  if (options.locale.empty()) return session.catalogue();
+  const auto reading = StoreKit::readConfiguration(options.config);
+  if (!reading.configuration) return session.catalogue();
+  const auto& settings = session.settings();
+  return {*reading.configuration, options.locale, settings.storefront, 0, settings.hostedContent};
 }
 
 void writeUnknown(const std::set<std::string>& identifiers, bool json) {
@@ -59,7 +71,7 @@ ExitStatus showProducts(const StoreKit::StoreSession& session, const GlobalOptio
     }
   }
   const auto response = fetch(wanted);
-  const auto entries = inOrder(session.catalogue(), response);
+  const auto entries = inOrder(shownCatalogue(session, options), response);
   if (options.json) {
     for (const auto& entry : entries) writeJson(toJson(entry));
   } else if (!entries.empty()) {

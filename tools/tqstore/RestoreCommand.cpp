@@ -3,14 +3,15 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 
 #include "TQStoreKitLib/TQStoreKitLib.hpp"
 #include "platform/embedded/Dispatch/MainLoop.hpp"
 #include "tools/tqstore/Deliveries.hpp"
+#include "tools/tqstore/Patience.hpp"
 #include "tools/tqstore/StoreOpening.hpp"
-#include "tools/tqstore/StorePurchases.hpp"
 #include "tools/tqstore/TransactionText.hpp"
 
 namespace tqstore {
@@ -56,21 +57,28 @@ ExitStatus showResult(const TQRestoreResults& results, std::size_t count, bool j
   return done ? kDone : kRefused;
 }
 
+TQRestoreResults restored(const std::string& user) {
+  std::optional<TQRestoreResults> answer;
+  TQStoreKit::restorePurchases({.atomically = false, .applicationUsername = user},
+                               [&](const TQRestoreResults& results) {
+                                 answer = results;
+                                 Dispatch::MainLoop::stop();
+                               });
+  while (!answer) Dispatch::MainLoop::run();
+  return *answer;
+}
+
 ExitStatus restore(const GlobalOptions& options, const RestoreOptions& wanted) {
-  acceptStorePurchases();
+  StoreKit::StoreSession::setIsForApplication(false);
+  const Handling handling{.json = options.json, .finishes = wanted.finishes};
   const auto before = unfinishedIdentifiers();
-  std::optional<ExitStatus> status;
-  TQStoreKit::restorePurchases(
-      {.atomically = false, .applicationUsername = wanted.user},
-      [&](const TQRestoreResults& results) {
-        const auto brought = broughtByThis(results.restoredPurchases, wanted.user, before);
-        handleDeliveries(brought, {.json = options.json, .finishes = wanted.finishes});
-        status = showResult(results, brought.size(), options.json);
-        Dispatch::MainLoop::stop();
-      });
-  while (!status) Dispatch::MainLoop::run();
+  const auto results = restored(wanted.user);
+  const auto brought = broughtByThis(results.restoredPurchases, wanted.user, before);
+  finishDelivered(brought, handling);
   runQueued();
-  return *status;
+  const bool finished = showDelivered(brought, handling);
+  const auto status = showResult(results, brought.size(), options.json);
+  return finished ? status : kRefused;
 }
 
 Manual manual() {
@@ -79,8 +87,14 @@ Manual manual() {
           .description =
               "Restores through the library, and shows each transaction that this brings, then "
               "how many there were. What an earlier restore left unfinished is not shown again; "
-              "launch delivers it.",
-          .refusal = "The restore ended early; what it brought before is shown.",
+              "launch delivers it.\n"
+              "\n"
+              "It restores beside the application: purchases that a dead program had begun, or "
+              "that the user began in the store, and refunds that nobody was told of are left for "
+              "that one.",
+          .refusal =
+              "The restore ended early; what it brought before is shown. Or a finish could not be "
+              "written down.",
           .examples =
               " tqstore --config shop.storekit restore\n"
               " tqstore --config shop.storekit restore --user ann --finish\n"};

@@ -24,9 +24,14 @@ struct SettingsOptions {
   bool reset = false;
 };
 
-// Truth values and numbers as such: those are the only settings that read like them.
+// Texts, whatever they read like.
+bool isText(std::string_view name) {
+  return name == "locale" || name == "storefront" || StoreKit::isHostedContentSetting(name);
+}
+
+// Truth values and numbers as such.
 Json valueJson(std::string_view name, const std::string& text) {
-  if (name == "locale" || name == "storefront" || !Json::accept(text)) return text;
+  if (isText(name) || !Json::accept(text)) return text;
   auto value = Json::parse(text);
   return value.is_boolean() || value.is_number() ? value : Json(text);
 }

@@ -73,7 +73,8 @@ void addStoreCommands(CommandLine& line) {
              {.summary = "Begin a purchase in the store itself",
               .description =
                   "The user taps on the product in the store, outside the application. The next "
-                  "application on the ledger, or the one that runs, is asked whether to carry on.",
+                  "application on the ledger, or the one that runs, is asked whether to carry on. "
+                  "launch is one: it accepts, and shows that. buy and restore are not asked.",
               .refusal = "Nothing is sold under that identifier.",
               .examples = " tqstore --config shop.storekit storefront-buy levels\n"});
   addControl(

@@ -1,5 +1,7 @@
 #include "tools/tqstore/StoreOpening.hpp"
 
+#include <filesystem>
+#include <string>
 #include <utility>
 
 #include "platform/embedded/store/ledger/LedgerPlace.hpp"
@@ -26,22 +28,30 @@ std::optional<StoreKit::StoreConfiguration> readNamed(const GlobalOptions& optio
   return std::move(reading.configuration);
 }
 
-std::unique_ptr<StoreKit::Ledger> openNamed(const GlobalOptions& options) {
-  auto opening = StoreKit::SqliteLedger::open(
-      options.ledger.empty() ? StoreKit::ledgerPathFor(options.config) : options.ledger);
+std::string ledgerPath(const GlobalOptions& options) {
+  return options.ledger.empty() ? StoreKit::ledgerPathFor(options.config) : options.ledger;
+}
+
+std::unique_ptr<StoreKit::Ledger> openAt(const std::string& path) {
+  auto opening = StoreKit::SqliteLedger::open(path);
   if (!opening.ledger) complain(printable(opening.error));
   return std::move(opening.ledger);
 }
 
+// An empty file is one that a ledger is made of.
+bool isMissing(const std::string& path) {
+  std::error_code error;
+  const bool there = std::filesystem::exists(path, error);
+  const bool file = there && std::filesystem::is_regular_file(path, error);
+  return !there || (file && std::filesystem::file_size(path, error) == 0);
+}
+
 }  // namespace
 
-// The locale takes the place of the configuration's. It is not set: a setting would be kept in the
-// ledger, and hold for every program on it.
 std::unique_ptr<StoreKit::StoreSession> openStore(const GlobalOptions& options) {
   auto configuration = readNamed(options);
   if (!configuration) return nullptr;
-  if (!options.locale.empty()) configuration->settings.locale = options.locale;
-  auto opened = openNamed(options);
+  auto opened = openAt(ledgerPath(options));
   if (!opened) return nullptr;
   return std::make_unique<StoreKit::StoreSession>(std::move(*configuration),
                                                   StoreKit::StoreSources(), std::move(opened));
@@ -49,7 +59,16 @@ std::unique_ptr<StoreKit::StoreSession> openStore(const GlobalOptions& options) 
 
 std::unique_ptr<StoreKit::Ledger> openLedger(const GlobalOptions& options) {
   if (options.ledger.empty() && !readNamed(options)) return nullptr;
-  return openNamed(options);
+  const auto path = ledgerPath(options);
+  if (path == ":memory:") {
+    complain("a ledger in memory is this program's own: nothing will ever happen in it");
+    return nullptr;
+  }
+  if (isMissing(path)) {
+    complain(printable(path) + ": there is no ledger; the store makes it when it is opened");
+    return nullptr;
+  }
+  return openAt(path);
 }
 
 StoreKit::Ledger& ledger() { return StoreKit::EmbeddedStore::current().ledger(); }

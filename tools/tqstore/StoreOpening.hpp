@@ -12,7 +12,7 @@ namespace tqstore {
 [[nodiscard]] std::unique_ptr<StoreKit::StoreSession> openStore(const GlobalOptions& options);
 
 /// Opens only the ledger that the options name, and no store: nothing is carried on, renewed or
-/// taken over from a dead program. Null as above.
+/// taken over from a dead program. Null as above, and when there is none yet: none is made.
 [[nodiscard]] std::unique_ptr<StoreKit::Ledger> openLedger(const GlobalOptions& options);
 
 /// The ledger of the store that is open.

@@ -21,11 +21,6 @@ void show(const std::string& product, bool accepted, bool json) {
 
 }  // namespace
 
-void acceptStorePurchases() {
-  TQStoreKit::setShouldAddStorePaymentHandler(
-      [](const StoreKit::SKPaymentPtr&, const StoreKit::SKProductPtr&) { return true; });
-}
-
 void answerStorePurchases(bool accept, bool json) {
   TQStoreKit::setShouldAddStorePaymentHandler(
       [=](const StoreKit::SKPaymentPtr& payment, const StoreKit::SKProductPtr&) {

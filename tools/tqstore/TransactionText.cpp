@@ -7,6 +7,7 @@
 #include "TQStoreKitLib/transactions/TransactionDescriptions.hpp"
 #include "platform/embedded/store/EmbeddedStore.hpp"
 #include "platform/embedded/store/LedgerTransaction.hpp"
+#include "tools/tqstore/Console.hpp"
 
 namespace tqstore {
 
@@ -41,6 +42,11 @@ std::int64_t firstPlatformIdentifier() {
   return wholeNumber(StoreKit::StoreSources().transactionIdentifier(0)).value_or(0);
 }
 
+// The renewal could not be paid, and the store tries again.
+bool isRetried(const StoreKit::LedgerEntry& entry) {
+  return entry.period && entry.period->running && entry.period->retryingSince;
+}
+
 }  // namespace
 
 std::string isoDate(const Foundation::Date& date) {
@@ -69,7 +75,22 @@ std::string stateText(const StoreKit::LedgerEntry& entry) {
   if (entry.hasPurchaseIssue) text += ", interrupted";
   if (entry.finished) text += ", finished";
   if (entry.cancelDate) text += ", refunded";
+  if (isRetried(entry)) text += ", renewal unpaid";
   return text;
+}
+
+std::string periodText(const StoreKit::LedgerEntry& entry) {
+  if (!entry.period || !entry.period->running) return "";
+  const auto& period = *entry.period;
+  auto text = (isRetried(entry) ? "ended " : "until ") + isoDate(period.ends);
+  if (isRetried(entry)) return text;
+  if (!period.renews) return text + ", ends then";
+  const bool same = period.renewsAs.empty() || period.renewsAs == entry.payment.productIdentifier;
+  return text + ", renews" + (same ? "" : " as " + printable(period.renewsAs));
+}
+
+StoreKit::LedgerEntry latest(const StoreKit::LedgerEntry& entry, const StoreKit::Ledger& ledger) {
+  return ledger.find(entry.identifier).value_or(entry);
 }
 
 std::optional<StoreKit::LedgerEntry> findEntry(const StoreKit::Ledger& ledger,

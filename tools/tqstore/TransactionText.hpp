@@ -15,6 +15,14 @@ namespace tqstore {
 /// What a person reads of its state: "purchased", "failed, finished", "purchased, refunded".
 [[nodiscard]] std::string stateText(const StoreKit::LedgerEntry& entry);
 
+/// What a person reads of the subscription that a transaction keeps running: "until
+/// 2026-11-21T07:48:10Z, renews"; empty for every other.
+[[nodiscard]] std::string periodText(const StoreKit::LedgerEntry& entry);
+
+/// The same transaction as `ledger` has it now; as it was, when it is not there any more.
+[[nodiscard]] StoreKit::LedgerEntry latest(const StoreKit::LedgerEntry& entry,
+                                           const StoreKit::Ledger& ledger);
+
 /// "2026-11-21T07:48:10Z".
 [[nodiscard]] std::string isoDate(const Foundation::Date& date);
 

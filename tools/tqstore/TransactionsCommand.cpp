@@ -23,7 +23,9 @@ Manual manual() {
           .summary = "Show the transactions that are not finished",
           .description =
               "Shows what the ledger holds, in the order in which it was added. Subscriptions are "
-              "renewed before, where that is due; nothing is delivered or carried on.\n"
+              "renewed before, where that is due; nothing is delivered or carried on. Beside the "
+              "period "
+              "that keeps a subscription running stands until when, and whether it renews then.\n"
               "\n"
               "With --json a transaction is, here and in every other command: identifier (its "
               "number in the ledger), transactionIdentifier (the platform's; null where it has "

@@ -75,7 +75,8 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   try {
-    return run(argc, argv);
+    const int status = run(argc, argv);
+    return status == tqstore::kDone && tqstore::outputIsLost() ? tqstore::kRefused : status;
   } catch (const std::exception& error) {
     tqstore::complain(error.what());
     return tqstore::kUsage;

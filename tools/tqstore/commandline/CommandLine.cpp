@@ -1,17 +1,19 @@
 #include "tools/tqstore/commandline/CommandLine.hpp"
 
+#include <sstream>
 #include <utility>
 
 #include "platform/Foundation/Print.hpp"
 #include "tools/tqstore/StoreOpening.hpp"
 #include "tools/tqstore/commandline/HelpFormatter.hpp"
+#include "tools/tqstore/commandline/UsageProblem.hpp"
 
 namespace tqstore {
 
 CommandLine::CommandLine(Manual manual)
     : manual_(std::move(manual)), app_(manual_.summary, "tqstore") {
   addOptions();
-  app_.require_subcommand(1);
+  app_.require_subcommand(0, 1);  // without one, what is wrong is said here
   app_.fallthrough();
   app_.formatter(std::make_shared<HelpFormatter>(*this));
 }
@@ -26,7 +28,7 @@ void CommandLine::addOptions() {
       ->envname("TQSTORE_LEDGER")
       ->type_name("FILE");
   app_.add_option("--locale", options_.locale,
-                  "Language and region of products and prices, instead of the configuration's")
+                  "Language and region of products and prices in this run, whatever is set")
       ->type_name("LOCALE");
   app_.add_flag("--json", options_.json, "One JSON object a line on standard output, nothing else");
   app_.set_help_flag("-h,--help", "Show this and end");
@@ -62,16 +64,29 @@ CLI::App& CommandLine::addWithoutStore(const std::string& name, Manual manual, R
 ExitStatus CommandLine::run(int argc, const char* const* argv) {
   try {
     app_.parse(argc, argv);
+  } catch (const CLI::Success& answer) {
+    return writeAnswer(answer);
   } catch (const CLI::ParseError& error) {
-    return app_.exit(error) == 0 ? kDone : kUsage;
+    complain(usageProblem(*this, error));
+    return kUsage;
   }
-  if (options_.json) {
-    Foundation::setPrintHandler([](std::string_view message) { Foundation::warn(message); });
-  }
+  // Standard output is the tool's own.
+  Foundation::setPrintHandler([](std::string_view message) { Foundation::warn(message); });
   for (const auto& command : commands_) {
     if (command.app->parsed()) return command.run();
   }
+  complain("no command; tqstore --help lists them");
   return kUsage;
+}
+
+// --help or --version.
+ExitStatus CommandLine::writeAnswer(const CLI::Success& answer) {
+  std::ostringstream text;
+  app_.exit(answer, text);
+  auto lines = text.str();
+  if (lines.ends_with('\n')) lines.pop_back();
+  writeLine(lines);
+  return kDone;
 }
 
 }  // namespace tqstore

@@ -66,6 +66,7 @@ class CommandLine {
 
  private:
   void addOptions();
+  [[nodiscard]] ExitStatus writeAnswer(const CLI::Success& answer);
   CLI::App& add(const std::string& name, Command command);
 
   Manual manual_;

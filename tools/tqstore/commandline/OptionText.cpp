@@ -17,6 +17,12 @@ std::string optionText(const CLI::Option& option) {
   return takesValue(option) ? text + " " + option.get_type_name() : text;
 }
 
+// A group inherits --help, which is none of its alternatives.
+std::vector<const CLI::Option*> alternativesOf(const CLI::App& group) {
+  return group.get_options(
+      [&](const CLI::Option* option) { return option != group.get_help_ptr(); });
+}
+
 std::string meaning(const CLI::Option& option) {
   const auto value = option.get_default_str();
   return option.get_description() + (value.empty() ? "" : " (default: " + value + ")") + ".";
@@ -26,14 +32,25 @@ std::string meaning(const CLI::Option& option) {
 
 std::vector<const CLI::Option*> optionsOf(const CLI::App& app) {
   auto options = app.get_options([](const CLI::Option*) { return true; });
-  // An option group is a command without a name, and inherits --help.
-  const auto isGroup = [](const CLI::App* inner) { return inner->get_name().empty(); };
-  for (const auto* group : app.get_subcommands(isGroup)) {
-    for (const auto* option : optionsOf(*group)) {
-      if (option != group->get_help_ptr()) options.push_back(option);
-    }
+  for (const auto* group : groupsOf(app)) {
+    const auto alternatives = alternativesOf(*group);
+    options.insert(options.end(), alternatives.begin(), alternatives.end());
   }
   return options;
+}
+
+// One is a command without a name.
+std::vector<const CLI::App*> groupsOf(const CLI::App& app) {
+  return app.get_subcommands([](const CLI::App* inner) { return inner->get_name().empty(); });
+}
+
+std::string alternativesText(const CLI::App& group) {
+  std::string text;
+  for (const auto* option : alternativesOf(group)) {
+    text += text.empty() ? "" : " | ";
+    text += option->get_positional() ? option->get_name(true) : optionText(*option);
+  }
+  return text;
 }
 
 bool takesValue(const CLI::Option& option) {
@@ -50,12 +67,14 @@ std::vector<std::string> namesOf(const CLI::Option& option) {
 }
 
 std::string argumentsText(const CLI::App& app) {
-  std::string text;
-  if (!optionDefinitions(app).empty()) text += " [OPTION...]";
-  for (const auto* option : optionsOf(app)) {
-    if (option->get_positional()) text += " " + positionalText(*option);
+  std::string options;
+  std::string arguments;
+  for (const auto* option : app.get_options([](const CLI::Option*) { return true; })) {
+    if (option->get_positional()) arguments += " " + positionalText(*option);
+    if (option->nonpositional() && option != app.get_help_ptr()) options = " [OPTION...]";
   }
-  return text;
+  for (const auto* group : groupsOf(app)) arguments += " (" + alternativesText(*group) + ")";
+  return options + arguments;
 }
 
 Definitions positionalDefinitions(const CLI::App& app) {

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+namespace tqstore {
+
+class CommandLine;
+
+/// What a person is told about words that `line` does not understand: what is wrong, and where help
+/// is. `error` is what its parser refused them with.
+[[nodiscard]] std::string usageProblem(const CommandLine& line, const CLI::ParseError& error);
+
+}  // namespace tqstore
