@@ -98,6 +98,17 @@ TEST_F(TransactionsCommand, APersonSeesUntilWhenASubscriptionRuns) {
   EXPECT_THAT(table.at(2), testing::MatchesRegex(".*  until 20..-..-..T..:..:..Z, renews"));
 }
 
+TEST_F(TransactionsCommand, OfASubscriptionOnlyThePeriodThatRunsHasAnEnd) {
+  run({"buy", "club"});
+  run({"renew", "club"});
+
+  const auto table = runForPerson({"transactions", "--all"}).output;
+
+  const auto end = table.find("until ");
+  EXPECT_GT(end, table.find("\n2  club"));
+  EXPECT_EQ(table.find("until ", end + 1), std::string::npos);
+}
+
 TEST_F(TransactionsCommand, APersonSeesThatARenewalIsUnpaid) {
   makeUnpaidRenewal(shop_.path(), ledger_);
 
