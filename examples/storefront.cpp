@@ -106,11 +106,12 @@ int main(int argc, char** argv) {
   for (const auto& problem : opening.problems) say(problem.description());
   if (!opening.ledgerError.empty()) say(opening.ledgerError);
   if (!opening.session) return 2;
-  if (!opening.session->setStorefront(arguments[1])) {
-    say("there is no country " + arguments[1]);
+  auto refusal = opening.session->setStorefront(arguments[1]);
+  if (!refusal) refusal = opening.session->setLocale(arguments[2]);
+  if (refusal) {
+    say(refusal->localizedDescription());
     return 2;
   }
-  opening.session->setLocale(arguments[2]);
   Foundation::setCurrentLocale(Foundation::Locale(arguments[2]));
 
   say(arguments[1] + ", " + arguments[2]);
