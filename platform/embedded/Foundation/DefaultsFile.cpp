@@ -14,6 +14,9 @@ using detail::SqliteError;
 using detail::SqliteStatement;
 using detail::SqliteTransaction;
 
+constexpr const char* kReplace = "REPLACE INTO defaults (key, kind, value) VALUES (?, ?, ?)";
+constexpr const char* kRemove = "DELETE FROM defaults WHERE key = ?";
+
 // A connection that, while its file is not known to be whole, does not write to it when it closes.
 SqliteDatabase connection(const std::string& path) {
   SqliteDatabase database(path, SQLITE_OPEN_READWRITE);
@@ -28,11 +31,7 @@ SqliteDatabase connection(const std::string& path) {
 }  // namespace
 
 DefaultsFile::DefaultsFile(const std::string& path)
-    : path_(path),
-      database_(connection(path)),
-      replace_(database_, "REPLACE INTO defaults (key, kind, value) VALUES (?, ?, ?)"),
-      remove_(database_, "DELETE FROM defaults WHERE key = ?"),
-      version_(database_, "PRAGMA data_version") {}
+    : path_(path), database_(connection(path)), statements_(database_) {}
 
 DefaultsFile::Opening DefaultsFile::open(const std::string& path) {
   auto problem = makeDefaultsFile(path);
@@ -64,9 +63,9 @@ DefaultsValues DefaultsFile::readAll() {
 }
 
 void DefaultsFile::store(const DefaultsValues& changes) {
-  SqliteTransaction transaction(database_);
+  SqliteTransaction transaction(statements_);
   for (const auto& [key, object] : changes) {
-    auto& statement = (object ? replace_ : remove_).bind(key);
+    auto& statement = statements_[object ? kReplace : kRemove].bind(key);
     if (object) bindObject(statement, *object);
     statement.run();
   }
@@ -75,9 +74,10 @@ void DefaultsFile::store(const DefaultsValues& changes) {
 
 // Another connection's commits change the number, our own do not.
 bool DefaultsFile::othersHaveStored() {
-  if (!version_.next()) return false;
-  const auto version = version_.integer(0);
-  version_.reset();
+  auto& statement = statements_["PRAGMA data_version"];
+  if (!statement.next()) return false;
+  const auto version = statement.integer(0);
+  statement.reset();
   return std::exchange(lastVersion_, version) != version;
 }
 

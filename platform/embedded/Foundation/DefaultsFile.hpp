@@ -39,9 +39,7 @@ class DefaultsFile {
 
   std::string path_;
   detail::SqliteDatabase database_;
-  detail::SqliteStatement replace_;
-  detail::SqliteStatement remove_;
-  detail::SqliteStatement version_;
+  detail::SqliteStatements statements_;
   std::int64_t lastVersion_ = 0;
 };
 

@@ -14,7 +14,7 @@ constexpr std::chrono::milliseconds kPatience(10'000);
 
 SqliteDatabase::SqliteDatabase(const std::string& path, int flags) : path_(path) {
   sqlite3* handle = nullptr;
-  const int status = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
+  const int status = sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   handle_.reset(handle);
   if (status != SQLITE_OK) fail("cannot be opened");
   sqlite3_extended_result_codes(handle, 1);
@@ -126,12 +126,21 @@ std::string SqliteStatement::text(int column) const {
   return size == 0 ? "" : std::string(static_cast<const char*>(start), size);
 }
 
+SqliteStatement& SqliteStatements::operator[](std::string_view text) {
+  auto found = statements_.find(text);
+  if (found == statements_.end()) {
+    found = statements_.try_emplace(std::string(text), database_, text).first;
+  }
+  return found->second;
+}
+
 SqliteTransaction::~SqliteTransaction() {
-  if (open_) sqlite3_exec(database_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+  if (!open_) return;
+  sqlite3_exec(statements_.database().handle(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
 void SqliteTransaction::commit() {
-  database_.execute("COMMIT");
+  statements_["COMMIT"].run();
   open_ = false;
 }
 

@@ -3,6 +3,8 @@
 #include <sqlite3.h>
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -92,11 +94,27 @@ class SqliteStatement {
   int bound_ = 0;
 };
 
+/// The statements of a database, each prepared when it is first asked for. They must not outlive it.
+class SqliteStatements {
+ public:
+  explicit SqliteStatements(SqliteDatabase& database) : database_(database) {}
+
+  /// The statement with this text, the same one each time: it is not to be used in two places at
+  /// once.
+  [[nodiscard]] SqliteStatement& operator[](std::string_view text);
+
+  [[nodiscard]] SqliteDatabase& database() const { return database_; }
+
+ private:
+  SqliteDatabase& database_;
+  std::map<std::string, SqliteStatement, std::less<>> statements_;
+};
+
 /// A transaction that writes: rolled back unless it was committed.
 class SqliteTransaction {
  public:
-  explicit SqliteTransaction(SqliteDatabase& database) : database_(database) {
-    database_.execute("BEGIN IMMEDIATE");
+  explicit SqliteTransaction(SqliteStatements& statements) : statements_(statements) {
+    statements_["BEGIN IMMEDIATE"].run();
   }
   ~SqliteTransaction();
   SqliteTransaction(const SqliteTransaction&) = delete;
@@ -105,7 +123,7 @@ class SqliteTransaction {
   void commit();
 
  private:
-  SqliteDatabase& database_;
+  SqliteStatements& statements_;
   bool open_ = true;
 };
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "platform/Foundation/Print.hpp"
 #include "platform/embedded/store/ledger/LedgerFile.hpp"
 #include "platform/embedded/store/ledger/LedgerRow.hpp"
 
@@ -11,44 +12,10 @@ namespace StoreKit::detail {
 
 namespace {
 
-using Foundation::detail::SqliteDatabase;
 using Foundation::detail::SqliteError;
 using Foundation::detail::SqliteStatement;
 using Foundation::detail::SqliteTransaction;
 using Durability = Ledger::Durability;
-
-std::int64_t raise(SqliteDatabase& database, std::string_view counter) {
-  SqliteStatement statement(database,
-                            "UPDATE counter SET value = value + 1 WHERE name = ? RETURNING value");
-  statement.bind(counter);
-  const bool there = statement.next();
-  const auto value = there ? statement.integer(0) : 0;
-  if (there) statement.reset();
-  return value;
-}
-
-// Commits do not wait for the disk while this lives, and none brings the log into the file: what is
-// there must have reached the disk before. What does so afterwards, or closes the database, waits
-// again.
-class Relaxation {
- public:
-  Relaxation(SqliteDatabase& database, bool wanted) : database_(database), wanted_(wanted) {
-    if (!wanted_) return;
-    sqlite3_wal_autocheckpoint(database_.handle(), 0);
-    database_.execute("PRAGMA synchronous = OFF");
-  }
-  ~Relaxation() {
-    if (!wanted_) return;
-    sqlite3_exec(database_.handle(), "PRAGMA synchronous = FULL", nullptr, nullptr, nullptr);
-    sqlite3_wal_autocheckpoint(database_.handle(), kPagesOfLongLog);
-  }
-  Relaxation(const Relaxation&) = delete;
-  Relaxation& operator=(const Relaxation&) = delete;
-
- private:
-  SqliteDatabase& database_;
-  bool wanted_;
-};
 
 // Makes a statement ready again, also when what was read cannot be understood.
 class Rewinding {
@@ -67,61 +34,49 @@ std::string wholePath(const std::string& path) {
   return path == ":memory:" ? path : std::filesystem::weakly_canonical(path).string();
 }
 
-std::int64_t newOwner(SqliteDatabase& database) {
-  SqliteTransaction transaction(database);
-  const auto owner = raise(database, "owner");
+}  // namespace
+
+LedgerDatabase::LedgerDatabase(const std::string& path)
+    : path_(wholePath(path)), database_(openLedgerFile(path)), lock_(path_, newOwner()) {
+  database_->execute("PRAGMA synchronous = FULL");
+}
+
+// Closing may bring the log into the file.
+LedgerDatabase::~LedgerDatabase() {
+  watch_.reset();
+  try {
+    promise(Durability::powerCut);
+  } catch (const SqliteError& error) {
+    Foundation::warn(error.what());
+    sqlite3_db_config(database_->handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  }
+}
+
+std::int64_t LedgerDatabase::newOwner() {
+  SqliteTransaction transaction(statements_);
+  const auto owner = counter("owner") + 1;
+  statements_["UPDATE counter SET value = ? WHERE name = 'owner'"].bind(owner).run();
   transaction.commit();
   return owner;
 }
 
-// ?1 to ?N, in the order of the columns; the last is the identifier.
-std::string parameters(std::string& last) {
-  std::string list;
-  int count = 1;
-  for (const char c : std::string_view(kEntryColumns)) count += c == ',' ? 1 : 0;
-  for (int i = 1; i <= count; ++i) list += (i > 1 ? ",?" : "?") + std::to_string(i);
-  last = "?" + std::to_string(count);
-  return list;
-}
-
-std::string insertion() {
-  std::string last;
-  const auto list = parameters(last);
-  return std::string("INSERT INTO entry(") + kEntryColumns + ") VALUES(" + list + ")";
-}
-
-std::string replacement() {
-  std::string last;
-  const auto list = parameters(last);
-  return std::string("UPDATE entry SET (") + kEntryColumns + ") = (" + list +
-         ") WHERE identifier = " + last;
-}
-
-}  // namespace
-
-LedgerDatabase::LedgerDatabase(const std::string& path)
-    : path_(wholePath(path)),
-      database_(openLedgerFile(path)),
-      lock_(path_, newOwner(*database_)),
-      insert_(*database_, insertion()),
-      replace_(*database_, replacement()),
-      find_(*database_, selection("WHERE identifier = ?")),
-      changedAfter_(*database_, selection("WHERE revision > ? ORDER BY revision, identifier")),
-      counter_(*database_, "SELECT value FROM counter WHERE name = ?") {
-  database_->execute("PRAGMA synchronous = FULL");
-}
-
-std::string LedgerDatabase::selection(std::string_view condition) {
-  return std::string("SELECT ") + kEntryColumns + " FROM entry " + std::string(condition);
+// While commits do not wait for the disk, none brings the log into the file: what is there must have
+// reached the disk before.
+void LedgerDatabase::promise(Durability durability) {
+  const bool waits = durability == Durability::powerCut;
+  if (waits == waits_) return;
+  sqlite3_wal_autocheckpoint(database_->handle(), waits ? kPagesOfLongLog : 0);
+  database_->execute(waits ? "PRAGMA synchronous = FULL" : "PRAGMA synchronous = OFF");
+  waits_ = waits;
 }
 
 // What a relaxed change leaves unsynchronised, the next full one brings to the disk along with
 // itself: the log is one file.
 template <class Work>
 void LedgerDatabase::inTransaction(Durability durability, const Work& work) {
-  const Relaxation relaxation(*database_, durability == Durability::killedProcess);
-  SqliteTransaction transaction(*database_);
-  work(raise(*database_, "revision"));
+  promise(durability);
+  SqliteTransaction transaction(statements_);
+  work(revision() + 1);
   transaction.commit();
 }
 
@@ -129,19 +84,22 @@ void LedgerDatabase::insert(LedgerEntry& entry, std::int64_t revision,
                             const Ledger::Complete& complete) {
   entry.revision = revision;
   entry.identifier = 0;
-  bindEntry(insert_, entry);
-  insert_.run();
+  auto& statement = statements_[insertion()];
+  bindEntry(statement, entry);
+  statement.run();
   entry.identifier = sqlite3_last_insert_rowid(database_->handle());
   if (!complete) return;
+  const bool wasFinished = entry.finished;
   complete(entry);
-  write(entry, revision);
+  write(entry, revision, wasFinished);
 }
 
-void LedgerDatabase::write(LedgerEntry& entry, std::int64_t revision) {
+void LedgerDatabase::write(LedgerEntry& entry, std::int64_t revision, bool wasFinished) {
   entry.revision = revision;
   if (entry.cancelDate && !entry.refundRevision) entry.refundRevision = revision;
-  bindEntry(replace_, entry);
-  replace_.run();
+  auto& statement = statements_[replacement(entry.finished != wasFinished)];
+  bindEntry(statement, entry);
+  statement.run();
 }
 
 void LedgerDatabase::add(LedgerEntries& entries, Durability durability,
@@ -151,20 +109,21 @@ void LedgerDatabase::add(LedgerEntries& entries, Durability durability,
   });
 }
 
-LedgerEntry LedgerDatabase::known(std::int64_t identifier) {
-  auto entry = find(identifier);
-  if (!entry) throw SqliteError(SQLITE_CORRUPT, path_ + ": an entry is missing");
-  return std::move(*entry);
+LedgerDatabase::Known LedgerDatabase::known(std::int64_t identifier) {
+  auto& statement = statements_["SELECT revision, finished FROM entry WHERE identifier = ?"];
+  const Rewinding rewinding(statement.bind(identifier));
+  if (!statement.next()) throw SqliteError(SQLITE_CORRUPT, path_ + ": an entry is missing");
+  return {.revision = statement.integer(0), .finished = statement.integer(1) != 0};
 }
 
 void LedgerDatabase::update(LedgerEntries& entries, Durability durability) {
   inTransaction(durability, [&](std::int64_t revision) {
     for (auto& entry : entries) {
-      auto there = known(entry.identifier);
+      const auto there = known(entry.identifier);
       if (there.revision == entry.revision) {
-        write(entry, revision);
+        write(entry, revision, there.finished);
       } else {
-        entry = std::move(there);
+        entry = find(entry.identifier).value_or(entry);
       }
     }
   });
@@ -183,19 +142,21 @@ bool LedgerDatabase::isSecondRunning(const LedgerEntry& entry, const LedgerEntri
 
 bool LedgerDatabase::replace(LedgerEntries& entries, Durability durability,
                              const Ledger::Complete& complete) {
-  const Relaxation relaxation(*database_, durability == Durability::killedProcess);
-  SqliteTransaction transaction(*database_);
+  promise(durability);
+  SqliteTransaction transaction(statements_);
+  std::vector<Known> before;
   for (const auto& entry : entries) {
     const bool isNew = entry.identifier == 0;
-    if (!isNew && known(entry.identifier).revision != entry.revision) return false;
+    before.push_back(isNew ? Known{.revision = entry.revision} : known(entry.identifier));
+    if (before.back().revision != entry.revision) return false;
     if (isSecondRunning(entry, entries)) return false;
   }
-  const auto revision = raise(*database_, "revision");
-  for (auto& entry : entries) {
-    if (entry.identifier == 0) {
-      insert(entry, revision, complete);
+  const auto next = revision() + 1;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (entries[i].identifier == 0) {
+      insert(entries[i], next, complete);
     } else {
-      write(entry, revision);
+      write(entries[i], next, before[i].finished);
     }
   }
   transaction.commit();
@@ -213,13 +174,14 @@ void LedgerDatabase::adoptOrphans() {
 }
 
 std::optional<LedgerEntry> LedgerDatabase::find(std::int64_t identifier) {
-  const Rewinding rewinding(find_.bind(identifier));
-  if (!find_.next()) return std::nullopt;
-  return readEntry(find_);
+  auto& statement = statements_[selection("WHERE identifier = ?")];
+  const Rewinding rewinding(statement.bind(identifier));
+  if (!statement.next()) return std::nullopt;
+  return readEntry(statement);
 }
 
 LedgerEntries LedgerDatabase::changedAfter(std::int64_t revision) {
-  return read(changedAfter_.bind(revision));
+  return select("WHERE revision > ? ORDER BY revision, identifier", revision);
 }
 
 LedgerEntries LedgerDatabase::read(SqliteStatement& statement) {
@@ -230,36 +192,44 @@ LedgerEntries LedgerDatabase::read(SqliteStatement& statement) {
 }
 
 std::int64_t LedgerDatabase::counter(std::string_view name) {
-  const Rewinding rewinding(counter_.bind(name));
-  return counter_.next() ? counter_.integer(0) : 0;
+  auto& statement = statements_["SELECT value FROM counter WHERE name = ?"];
+  const Rewinding rewinding(statement.bind(name));
+  return statement.next() ? statement.integer(0) : 0;
+}
+
+std::int64_t LedgerDatabase::revision() {
+  auto& statement = statements_["SELECT MAX(revision) FROM entry"];
+  const Rewinding rewinding(statement);
+  const auto ofEntries = statement.next() ? statement.integer(0) : 0;
+  return std::max(ofEntries, counter("settings"));
 }
 
 void LedgerDatabase::raiseCounter(std::string_view name, std::int64_t value) {
-  const Relaxation relaxation(*database_, true);
-  SqliteStatement statement(*database_, "UPDATE counter SET value = MAX(value, ?) WHERE name = ?");
-  statement.bind(value).bind(name).run();
+  promise(Durability::killedProcess);
+  statements_["UPDATE counter SET value = MAX(value, ?) WHERE name = ?"]
+      .bind(value)
+      .bind(name)
+      .run();
 }
 
 LedgerSettings LedgerDatabase::settings() {
-  SqliteStatement statement(*database_, "SELECT name, value FROM setting");
+  auto& statement = statements_["SELECT name, value FROM setting"];
+  const Rewinding rewinding(statement);
   LedgerSettings settings;
   while (statement.next()) settings.emplace(statement.text(0), statement.text(1));
   return settings;
 }
 
 void LedgerDatabase::settingsChanged(std::int64_t revision) {
-  SqliteStatement statement(*database_, "UPDATE counter SET value = ? WHERE name = 'settings'");
-  statement.bind(revision).run();
+  statements_["UPDATE counter SET value = ? WHERE name = 'settings'"].bind(revision).run();
 }
 
 void LedgerDatabase::set(std::string_view setting, const std::optional<std::string>& value) {
   inTransaction(Durability::killedProcess, [&](std::int64_t revision) {
     if (value) {
-      SqliteStatement statement(*database_, "REPLACE INTO setting VALUES(?, ?)");
-      statement.bind(setting).bind(*value).run();
+      statements_["REPLACE INTO setting VALUES(?, ?)"].bind(setting).bind(*value).run();
     } else {
-      SqliteStatement statement(*database_, "DELETE FROM setting WHERE name = ?");
-      statement.bind(setting).run();
+      statements_["DELETE FROM setting WHERE name = ?"].bind(setting).run();
     }
     settingsChanged(revision);
   });

@@ -9,6 +9,7 @@
 
 #include "platform/embedded/sqlite/SqliteDatabase.hpp"
 #include "platform/embedded/store/Ledger.hpp"
+#include "platform/embedded/store/ledger/LedgerStatements.hpp"
 #include "platform/embedded/store/ledger/LedgerWatch.hpp"
 #include "platform/embedded/store/ledger/OwnerLock.hpp"
 
@@ -19,6 +20,9 @@ namespace StoreKit::detail {
 class LedgerDatabase {
  public:
   explicit LedgerDatabase(const std::string& path);
+  ~LedgerDatabase();
+  LedgerDatabase(const LedgerDatabase&) = delete;
+  LedgerDatabase& operator=(const LedgerDatabase&) = delete;
 
   [[nodiscard]] const std::string& path() const { return path_; }
   [[nodiscard]] bool isFile() const { return path_ != ":memory:"; }
@@ -36,13 +40,15 @@ class LedgerDatabase {
   /// one.
   template <class... Parameter>
   [[nodiscard]] LedgerEntries select(std::string_view condition, const Parameter&... parameter) {
-    Foundation::detail::SqliteStatement statement(*database_, selection(condition));
+    auto& statement = statements_[selection(condition)];
     (statement.bind(parameter), ...);
     return read(statement);
   }
   [[nodiscard]] LedgerEntries changedAfter(std::int64_t revision);
 
   [[nodiscard]] std::int64_t counter(std::string_view name);
+  /// The last change, of an entry or of a setting.
+  [[nodiscard]] std::int64_t revision();
   void raiseCounter(std::string_view name, std::int64_t value);
 
   [[nodiscard]] LedgerSettings settings();
@@ -54,25 +60,29 @@ class LedgerDatabase {
 
  private:
   using SqliteStatement = Foundation::detail::SqliteStatement;
+  // What is in the ledger of an entry that is to be changed.
+  struct Known {
+    std::int64_t revision = 0;
+    bool finished = false;
+  };
 
-  [[nodiscard]] static std::string selection(std::string_view condition);
   [[nodiscard]] static LedgerEntries read(SqliteStatement& statement);
+  [[nodiscard]] std::int64_t newOwner();
+  // From now on, commits keep this promise.
+  void promise(Ledger::Durability durability);
   template <class Work>
   void inTransaction(Ledger::Durability durability, const Work& work);
   void insert(LedgerEntry& entry, std::int64_t revision, const Ledger::Complete& complete);
-  void write(LedgerEntry& entry, std::int64_t revision);
-  [[nodiscard]] LedgerEntry known(std::int64_t identifier);
+  void write(LedgerEntry& entry, std::int64_t revision, bool wasFinished);
+  [[nodiscard]] Known known(std::int64_t identifier);
   [[nodiscard]] bool isSecondRunning(const LedgerEntry& entry, const LedgerEntries& changes);
   void settingsChanged(std::int64_t revision);
 
   std::string path_;
   std::unique_ptr<Foundation::detail::SqliteDatabase> database_;
+  Foundation::detail::SqliteStatements statements_{*database_};
   OwnerLock lock_;
-  SqliteStatement insert_;
-  SqliteStatement replace_;
-  SqliteStatement find_;
-  SqliteStatement changedAfter_;
-  SqliteStatement counter_;
+  bool waits_ = true;  // commits wait for the disk
   std::unique_ptr<LedgerWatch> watch_;
 };
 

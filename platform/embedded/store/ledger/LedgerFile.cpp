@@ -14,6 +14,7 @@ namespace {
 using Foundation::detail::SqliteDatabase;
 using Foundation::detail::SqliteError;
 using Foundation::detail::SqliteStatement;
+using Foundation::detail::SqliteStatements;
 using Foundation::detail::SqliteTransaction;
 
 // The header of a SQLite file, by its published format: numbers are big-endian.
@@ -24,7 +25,7 @@ constexpr std::size_t kUserVersionAt = 60;
 constexpr std::size_t kApplicationIdAt = 68;
 constexpr char kMagic[] = "SQLite format 3";  // with its NUL
 
-// Version 1, and then what each later version adds. A new file goes the whole way.
+// Version 1, and then what each later version changes. A new file goes the whole way.
 constexpr const char* kTables = R"(
 CREATE TABLE entry(
   identifier INTEGER PRIMARY KEY AUTOINCREMENT,
@@ -48,7 +49,8 @@ CREATE INDEX revisions ON entry(revision);
 CREATE TABLE counter(name TEXT PRIMARY KEY, value INTEGER NOT NULL) WITHOUT ROWID;
 INSERT INTO counter VALUES('revision', 0), ('owner', 0);
 )";
-constexpr const char* kUpgrades[] = {R"(
+constexpr const char* kUpgrades[] = {
+    R"(
 ALTER TABLE entry ADD COLUMN cancel_date REAL;
 ALTER TABLE entry ADD COLUMN refund_revision INTEGER;
 ALTER TABLE entry ADD COLUMN issue INTEGER NOT NULL DEFAULT 0;
@@ -62,8 +64,14 @@ CREATE INDEX running ON entry(identifier) WHERE running = 1;
 CREATE INDEX refunds ON entry(refund_revision) WHERE refund_revision IS NOT NULL;
 CREATE TABLE setting(name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;
 INSERT INTO counter VALUES('settings', 0), ('told_refunds', 0);
+)",
+    R"(
+DELETE FROM counter WHERE name = 'revision';
 )"};
 static_assert(std::size(kUpgrades) + 1 == kLedgerVersion);
+
+// A commit writes whole pages, and most of its entries are short. Only a new file takes it.
+constexpr const char* kPageSize = "PRAGMA page_size = 1024";
 
 [[noreturn]] void refuse(const std::string& path, const std::string& reason) {
   throw SqliteError(SQLITE_NOTADB, path + ": " + reason);
@@ -156,7 +164,9 @@ bool isUpToDate(SqliteDatabase& database) {
 // moment. Of several processes at once, one makes the tables.
 void makeTables(SqliteDatabase& database) {
   if (isUpToDate(database)) return;
-  SqliteTransaction transaction(database);
+  database.execute(kPageSize);
+  SqliteStatements statements(database);
+  SqliteTransaction transaction(statements);
   if (isUpToDate(database)) return;
   if (!hasTables(database)) {
     database.execute(kTables);

@@ -117,7 +117,7 @@ LedgerEntries SqliteLedger::changedAfter(std::int64_t revision) const {
 }
 
 std::int64_t SqliteLedger::revision() const {
-  return reading([&] { return database_->counter("revision"); });
+  return reading([&] { return database_->revision(); });
 }
 
 LedgerEntries SqliteLedger::runningPeriods() const {

@@ -138,6 +138,19 @@ TEST_F(Durability, TheOutcomeHasWaitedBeforeAnObserverHearsOfIt) {
   EXPECT_THAT(toldAtWait, ElementsAre(false));
 }
 
+TEST_F(Durability, AnOutcomeWritesTheEntryAndTheIndexOfChangesAndNothingElse) {
+  WatchedDisk::install(nullptr);
+  const auto ledger = openLedger(path);
+  auto entries = addTo(*ledger, {entry("gems", State::purchasing), entry("coins")});
+  int writes = 0;
+  WatchedDisk::install([&](Operation operation, bool) { writes += operation == Operation::write; });
+  entries[0].state = State::purchased;
+  EXPECT_FALSE(ledger->update(entries, Ledger::Durability::powerCut));
+  WatchedDisk::install(nullptr);
+
+  EXPECT_EQ(writes, 2 * 2);  // each page has a header in the log
+}
+
 TEST_F(Durability, AFinishDoesNotWait) {
   openStore();
   SKPaymentQueue::defaultQueue().addPayment(SKPayment({.productIdentifier = "gems"}));

@@ -1,4 +1,4 @@
-// Ledgers of the first version of the tables become ledgers of this one, in place.
+// Ledgers of the earlier versions of the tables become ledgers of this one, in place.
 
 #include "platform/embedded/store/ledger/LedgerFile.hpp"
 #include "tests/platform/embedded/store/ledger/ChildProcess.hpp"
@@ -43,6 +43,27 @@ INSERT INTO entry VALUES
   (6, 9, 1, 0, NULL, 'cape', 1, NULL, NULL, 0, NULL, '2000000006', 1002.0, NULL, NULL);
 )";
 
+constexpr const char* kSecondVersion = R"(
+ALTER TABLE entry ADD COLUMN cancel_date REAL;
+ALTER TABLE entry ADD COLUMN refund_revision INTEGER;
+ALTER TABLE entry ADD COLUMN issue INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE entry ADD COLUMN asks_application INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE entry ADD COLUMN deleted INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE entry ADD COLUMN subscription_group TEXT;
+ALTER TABLE entry ADD COLUMN running INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE entry ADD COLUMN period TEXT;
+CREATE INDEX periods ON entry(subscription_group) WHERE subscription_group IS NOT NULL;
+CREATE INDEX running ON entry(identifier) WHERE running = 1;
+CREATE INDEX refunds ON entry(refund_revision) WHERE refund_revision IS NOT NULL;
+CREATE TABLE setting(name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;
+INSERT INTO setting VALUES('locale', 'de_DE');
+INSERT INTO counter VALUES('settings', 12), ('told_refunds', 4);
+UPDATE counter SET value = 12 WHERE name = 'revision';
+UPDATE entry SET cancel_date = 2000, refund_revision = 4 WHERE identifier = 1;
+UPDATE entry SET cancel_date = 2000, refund_revision = 9 WHERE identifier = 6;
+PRAGMA user_version = 2;
+)";
+
 class LedgerUpgrade : public LedgerInFolder {
  protected:
   // As an ended program left it.
@@ -51,6 +72,10 @@ class LedgerUpgrade : public LedgerInFolder {
     database.execute(kTables);
     database.useWriteAheadLog();
     database.execute(kRows);
+  }
+  void makeVersion2() const {
+    makeVersion1();
+    executeOnFile(kSecondVersion);
   }
   // As a killed program left it: what it wrote is in the log only.
   void makeVersion1InTheLog() const {
@@ -138,6 +163,26 @@ TEST_F(LedgerUpgrade, HasNoRefundToTellAndNoSettings) {
   EXPECT_THAT(ledger->runningPeriods(), IsEmpty());
   EXPECT_THAT(ledger->settings(), IsEmpty());
   EXPECT_EQ(ledger->settingsRevision(), 0);
+}
+
+TEST_F(LedgerUpgrade, OfTheSecondVersionKeepsEverything) {
+  makeVersion2();
+  auto ledger = openLedger(path);
+  EXPECT_THAT(products(ledger->all()), ElementsAre("crown", "crown", "gems", "coins", "cape"));
+  EXPECT_THAT(ledger->settings(), ElementsAre(testing::Pair("locale", "de_DE")));
+  EXPECT_THAT(products(ledger->untoldRefunds()), ElementsAre("cape"));
+  EXPECT_EQ(ledger->owner(), 5);
+  ledger.reset();
+  EXPECT_EQ(versionOfFile(), StoreKit::detail::kLedgerVersion);
+}
+
+TEST_F(LedgerUpgrade, OfTheSecondVersionGoesOnCountingChanges) {
+  makeVersion2();
+  const auto ledger = openLedger(path);
+  EXPECT_EQ(ledger->revision(), 12);
+  EXPECT_EQ(ledger->settingsRevision(), 12);
+  EXPECT_EQ(addTo(*ledger, {entry("hat")})[0].revision, 13);
+  EXPECT_EQ(ledger->revision(), 13);
 }
 
 TEST_F(LedgerUpgrade, OfOrphansLetsThemBeAdopted) {
