@@ -38,9 +38,8 @@ class Signal {
     if (::write(ends_[1], &byte, 1) < 0) return;  // full: it is raised already
   }
   void lower() {
-    std::array<char, 16> bytes{};
-    while (::read(ends_[0], bytes.data(), bytes.size()) > 0) {
-    }
+    char byte = 0;
+    if (::read(ends_[0], &byte, 1) < 0) return;  // it was not raised, for lack of descriptors
   }
   [[nodiscard]] int descriptor() const { return ends_[0]; }
 

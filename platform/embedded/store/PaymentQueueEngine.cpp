@@ -18,6 +18,8 @@ using State = SKPaymentTransactionState;
 
 bool isPurchasing(const LedgerEntry& entry) { return entry.state == State::purchasing; }
 
+bool boughtPeriod(const LedgerEntry& entry) { return entry.period.has_value(); }
+
 void warnNotCommitted(const char* consequence, const Foundation::NSError& error) {
   Foundation::warn("The ledger refused a change: " + error.localizedDescription() + " " +
                    consequence);
@@ -194,7 +196,7 @@ void PaymentQueueEngine::settlePurchases() {
     return absorbChanges();
   }
   answered_.clear();
-  store_.setAlarm();
+  if (std::any_of(entries.begin(), entries.end(), boughtPeriod)) store_.setAlarm();
   report(unfinished_.merge(entries));
 }
 

@@ -15,8 +15,9 @@ bool isPurchasing(const LedgerEntry& entry) {
 }
 
 // Negative numbers come last.
-std::uint64_t place(const UnfinishedTransactions::Pointer& transaction) {
-  return static_cast<std::uint64_t>(transaction->entry().identifier);
+bool isBefore(const UnfinishedTransactions::Pointer& transaction, std::int64_t identifier) {
+  return static_cast<std::uint64_t>(transaction->entry().identifier) <
+         static_cast<std::uint64_t>(identifier);
 }
 
 }  // namespace
@@ -30,10 +31,9 @@ void UnfinishedTransactions::restart(const Ledger& ledger, std::uint64_t opening
 }
 
 UnfinishedTransactions::Pointer UnfinishedTransactions::find(std::int64_t identifier) const {
-  const auto found = std::find_if(list_.begin(), list_.end(), [&](const Pointer& transaction) {
-    return transaction->entry().identifier == identifier;
-  });
-  return found == list_.end() ? nullptr : *found;
+  const auto found = std::lower_bound(list_.begin(), list_.end(), identifier, isBefore);
+  const bool isIt = found != list_.end() && (*found)->entry().identifier == identifier;
+  return isIt ? *found : nullptr;
 }
 
 SKPaymentTransactionPtr UnfinishedTransactions::originalOf(const LedgerEntry& entry) const {
@@ -46,10 +46,8 @@ SKPaymentTransactionPtr UnfinishedTransactions::originalOf(const LedgerEntry& en
 UnfinishedTransactions::Pointer UnfinishedTransactions::add(LedgerEntry entry) {
   auto original = originalOf(entry);
   auto added = std::make_shared<LedgerTransaction>(opening_, std::move(entry), std::move(original));
-  const auto behind =
-      std::upper_bound(list_.begin(), list_.end(), added,
-                       [](const auto& a, const auto& b) { return place(a) < place(b); });
-  list_.insert(behind, added);
+  const auto identifier = added->entry().identifier;
+  list_.insert(std::lower_bound(list_.begin(), list_.end(), identifier, isBefore), added);
   attachDownloads(added);
   return added;
 }
@@ -61,6 +59,7 @@ void UnfinishedTransactions::attachDownloads(const Pointer& transaction) {
 
 UnfinishedTransactions::Changes UnfinishedTransactions::merge(const LedgerEntries& entries) {
   Changes changes;
+  std::vector<std::int64_t> finished;
   for (const auto& entry : entries) {
     const auto transaction = find(entry.identifier);
     if (!transaction) {
@@ -73,12 +72,13 @@ UnfinishedTransactions::Changes UnfinishedTransactions::merge(const LedgerEntrie
     transaction->update(entry, continues ? originalOf(entry) : transaction->originalTransaction());
     attachDownloads(transaction);
     if (entry.finished) {
-      downloads_->detach(*transaction);
+      finished.push_back(entry.identifier);
       changes.removed.push_back(transaction);
     } else if (entry.state != stateBefore) {
       changes.updated.push_back(transaction);
     }
   }
+  downloads_->detach(finished);
   std::erase_if(list_, [](const Pointer& each) { return each->entry().finished; });
   return changes;
 }

@@ -4,7 +4,6 @@
 
 #include <charconv>
 #include <cstdlib>
-#include <vector>
 
 #include "platform/embedded/store/ledger/LedgerPlace.hpp"
 
@@ -68,18 +67,20 @@ fs::path DownloadPlace::folderOf(std::int64_t transaction) const {
   return folder_ / std::to_string(transaction);
 }
 
-void DownloadPlace::remove(std::int64_t transaction) const {
-  if (folder_.empty()) return;
+void DownloadPlace::remove(const std::vector<std::int64_t>& transactions) const {
   std::error_code ignored;
-  fs::remove_all(folderOf(transaction), ignored);
+  if (transactions.empty() || folder_.empty() || !fs::exists(folder_, ignored)) return;
+  for (const auto transaction : transactions) fs::remove_all(folderOf(transaction), ignored);
   fs::remove(folder_, ignored);  // only when it is empty
 }
 
 void DownloadPlace::sweep(const Ledger& ledger) const {
-  for (const auto transaction : transactionsIn(folder_)) {
+  auto over = transactionsIn(folder_);
+  std::erase_if(over, [&](std::int64_t transaction) {
     const auto entry = ledger.find(transaction);
-    if (!entry || entry->finished) remove(transaction);
-  }
+    return entry && !entry->finished;
+  });
+  remove(over);
 }
 
 // A child that was forked from the process is another one.

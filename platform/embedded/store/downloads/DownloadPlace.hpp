@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "platform/embedded/store/Ledger.hpp"
 
@@ -25,8 +26,8 @@ class DownloadPlace {
   /// Where the content of that transaction arrives; it need not be there yet.
   [[nodiscard]] std::filesystem::path folderOf(std::int64_t transaction) const;
 
-  /// Removes what was downloaded for that transaction, by whichever program.
-  void remove(std::int64_t transaction) const;
+  /// Removes what was downloaded for these transactions, by whichever program.
+  void remove(const std::vector<std::int64_t>& transactions) const;
 
   /// The same for each that is finished, or that the ledger does not have any more.
   void sweep(const Ledger& ledger) const;

@@ -49,14 +49,14 @@ SKDownloads DownloadQueue::attach(const std::shared_ptr<const LedgerTransaction>
   return {download};
 }
 
-void DownloadQueue::detach(const LedgerTransaction& transaction) {
-  const auto number = transaction.entry().identifier;
-  const auto found = downloads_.extract(number);
-  if (found && found.mapped()->discard()) {
+void DownloadQueue::detach(const std::vector<std::int64_t>& transactions) {
+  for (const auto number : transactions) {
+    const auto found = downloads_.extract(number);
+    if (!found || !found.mapped()->discard()) continue;
     discarded_.push_back(found.mapped());
     if (discarded_.size() == 1) later(&DownloadQueue::reportDiscarded);
   }
-  place_.remove(number);
+  place_.remove(transactions);
 }
 
 void DownloadQueue::ask(Action action, const SKDownloads& downloads) {

@@ -42,8 +42,8 @@ class DownloadQueue {
   /// for it.
   [[nodiscard]] SKDownloads attach(const std::shared_ptr<const LedgerTransaction>& transaction);
 
-  /// The transaction has left the queue: its content is removed.
-  void detach(const LedgerTransaction& transaction);
+  /// The transactions have left the queue: their content is removed.
+  void detach(const std::vector<std::int64_t>& transactions);
 
   /// What belongs to somebody else is ignored.
   void start(const SKDownloads& downloads) { ask(&DownloadQueue::startOne, downloads); }
