@@ -6,19 +6,17 @@
 
 namespace Foundation::detail {
 
-namespace {
-
-constexpr std::chrono::milliseconds kPatience(10'000);
-
-}  // namespace
-
 SqliteDatabase::SqliteDatabase(const std::string& path, int flags) : path_(path) {
   sqlite3* handle = nullptr;
   const int status = sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   handle_.reset(handle);
   if (status != SQLITE_OK) fail("cannot be opened");
   sqlite3_extended_result_codes(handle, 1);
-  sqlite3_busy_timeout(handle, static_cast<int>(kPatience.count()));
+  setPatience(kSqlitePatience);
+}
+
+void SqliteDatabase::setPatience(std::chrono::milliseconds patience) {
+  sqlite3_busy_timeout(handle(), static_cast<int>(patience.count()));
 }
 
 void SqliteDatabase::execute(const char* statements) {
@@ -30,7 +28,7 @@ void SqliteDatabase::execute(const char* statements) {
 // While another program makes the same change, SQLite answers that the file is busy at once, whatever
 // its patience.
 void SqliteDatabase::useWriteAheadLog() {
-  const auto end = std::chrono::steady_clock::now() + kPatience;
+  const auto end = std::chrono::steady_clock::now() + kSqlitePatience;
   for (;;) {
     const int status =
         sqlite3_exec(handle(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -23,12 +24,15 @@ class SqliteError : public std::runtime_error {
   int code_;
 };
 
+/// How long a database waits for locks of others.
+inline constexpr std::chrono::milliseconds kSqlitePatience(10'000);
+
 /// An open database file. Thread: one at a time. Fails: every operation throws `SqliteError`, whose
 /// text names the file.
 class SqliteDatabase {
  public:
   /// `flags` are SQLite's own (SQLITE_OPEN_READWRITE and so on). Waits for locks of others up to
-  /// ten seconds.
+  /// `kSqlitePatience`.
   SqliteDatabase(const std::string& path, int flags);
 
   /// Runs statements that give no rows.
@@ -37,6 +41,8 @@ class SqliteDatabase {
   /// Keeps changes in a log beside the file from now on, so that readers and a writer do not wait
   /// for each other. Programs may do so at the same time.
   void useWriteAheadLog();
+
+  void setPatience(std::chrono::milliseconds patience);
 
   [[nodiscard]] sqlite3* handle() const { return handle_.get(); }
 

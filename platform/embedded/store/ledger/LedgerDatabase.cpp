@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <utility>
 
-#include "platform/Foundation/Print.hpp"
 #include "platform/embedded/store/ledger/LedgerFile.hpp"
 #include "platform/embedded/store/ledger/LedgerRow.hpp"
 
@@ -16,6 +15,11 @@ using Foundation::detail::SqliteError;
 using Foundation::detail::SqliteStatement;
 using Foundation::detail::SqliteTransaction;
 using Durability = Ledger::Durability;
+
+// The last change, of an entry or of a setting.
+constexpr const char* kLastRevision =
+    "SELECT MAX(value, IFNULL((SELECT MAX(revision) FROM entry), 0)) FROM counter "
+    "WHERE name = 'settings'";
 
 // Makes a statement ready again, also when what was read cannot be understood.
 class Rewinding {
@@ -37,45 +41,24 @@ std::string wholePath(const std::string& path) {
 }  // namespace
 
 LedgerDatabase::LedgerDatabase(const std::string& path)
-    : path_(wholePath(path)), database_(openLedgerFile(path)), lock_(path_, newOwner()) {
-  database_->execute("PRAGMA synchronous = FULL");
-}
-
-// Closing may bring the log into the file.
-LedgerDatabase::~LedgerDatabase() {
-  watch_.reset();
-  try {
-    promise(Durability::powerCut);
-  } catch (const SqliteError& error) {
-    Foundation::warn(error.what());
-    sqlite3_db_config(database_->handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-  }
-}
+    : path_(wholePath(path)), database_(openLedgerFile(path)), lock_(path_, newOwner()) {}
 
 std::int64_t LedgerDatabase::newOwner() {
   SqliteTransaction transaction(statements_);
+  log_.makeRoom();
   const auto owner = counter("owner") + 1;
   statements_["UPDATE counter SET value = ? WHERE name = 'owner'"].bind(owner).run();
   transaction.commit();
   return owner;
 }
 
-// While commits do not wait for the disk, none brings the log into the file: what is there must have
-// reached the disk before.
-void LedgerDatabase::promise(Durability durability) {
-  const bool waits = durability == Durability::powerCut;
-  if (waits == waits_) return;
-  sqlite3_wal_autocheckpoint(database_->handle(), waits ? kPagesOfLongLog : 0);
-  database_->execute(waits ? "PRAGMA synchronous = FULL" : "PRAGMA synchronous = OFF");
-  waits_ = waits;
-}
-
 // What a relaxed change leaves unsynchronised, the next full one brings to the disk along with
 // itself: the log is one file.
 template <class Work>
 void LedgerDatabase::inTransaction(Durability durability, const Work& work) {
-  promise(durability);
+  log_.promise(durability);
   SqliteTransaction transaction(statements_);
+  log_.makeRoom();
   work(revision() + 1);
   transaction.commit();
 }
@@ -89,17 +72,20 @@ void LedgerDatabase::insert(LedgerEntry& entry, std::int64_t revision,
   statement.run();
   entry.identifier = sqlite3_last_insert_rowid(database_->handle());
   if (!complete) return;
-  const bool wasFinished = entry.finished;
   complete(entry);
-  write(entry, revision, wasFinished);
+  (void)write(entry, revision);
 }
 
-void LedgerDatabase::write(LedgerEntry& entry, std::int64_t revision, bool wasFinished) {
-  entry.revision = revision;
+bool LedgerDatabase::write(LedgerEntry& entry, std::int64_t revision) {
+  const auto known = std::exchange(entry.revision, revision);
   if (entry.cancelDate && !entry.refundRevision) entry.refundRevision = revision;
-  auto& statement = statements_[replacement(entry.finished != wasFinished)];
-  bindEntry(statement, entry);
-  statement.run();
+  const auto change = [&](bool moves) {
+    auto& statement = statements_[replacement(moves)];
+    bindEntry(statement, entry);
+    statement.bind(known).run();
+    return sqlite3_changes(database_->handle()) == 1;
+  };
+  return (!entry.finished && change(false)) || change(true);
 }
 
 void LedgerDatabase::add(LedgerEntries& entries, Durability durability,
@@ -109,24 +95,18 @@ void LedgerDatabase::add(LedgerEntries& entries, Durability durability,
   });
 }
 
-LedgerDatabase::Known LedgerDatabase::known(std::int64_t identifier) {
-  auto& statement = statements_["SELECT revision, finished FROM entry WHERE identifier = ?"];
-  const Rewinding rewinding(statement.bind(identifier));
-  if (!statement.next()) throw SqliteError(SQLITE_CORRUPT, path_ + ": an entry is missing");
-  return {.revision = statement.integer(0), .finished = statement.integer(1) != 0};
-}
-
 void LedgerDatabase::update(LedgerEntries& entries, Durability durability) {
   inTransaction(durability, [&](std::int64_t revision) {
     for (auto& entry : entries) {
-      const auto there = known(entry.identifier);
-      if (there.revision == entry.revision) {
-        write(entry, revision, there.finished);
-      } else {
-        entry = find(entry.identifier).value_or(entry);
-      }
+      if (!write(entry, revision)) entry = known(entry.identifier);
     }
   });
+}
+
+LedgerEntry LedgerDatabase::known(std::int64_t identifier) {
+  auto entry = find(identifier);
+  if (!entry) throw SqliteError(SQLITE_CORRUPT, path_ + ": an entry is missing");
+  return std::move(*entry);
 }
 
 // Whether its subscription has a running period already, which does not change along with it.
@@ -142,21 +122,17 @@ bool LedgerDatabase::isSecondRunning(const LedgerEntry& entry, const LedgerEntri
 
 bool LedgerDatabase::replace(LedgerEntries& entries, Durability durability,
                              const Ledger::Complete& complete) {
-  promise(durability);
+  log_.promise(durability);
   SqliteTransaction transaction(statements_);
-  std::vector<Known> before;
-  for (const auto& entry : entries) {
-    const bool isNew = entry.identifier == 0;
-    before.push_back(isNew ? Known{.revision = entry.revision} : known(entry.identifier));
-    if (before.back().revision != entry.revision) return false;
-    if (isSecondRunning(entry, entries)) return false;
-  }
+  log_.makeRoom();
   const auto next = revision() + 1;
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    if (entries[i].identifier == 0) {
-      insert(entries[i], next, complete);
-    } else {
-      write(entries[i], next, before[i].finished);
+  for (auto& entry : entries) {
+    if (isSecondRunning(entry, entries)) return false;
+    if (entry.identifier == 0) {
+      insert(entry, next, complete);
+    } else if (!write(entry, next)) {
+      (void)known(entry.identifier);  // it is there, and somebody else was faster
+      return false;
     }
   }
   transaction.commit();
@@ -198,14 +174,13 @@ std::int64_t LedgerDatabase::counter(std::string_view name) {
 }
 
 std::int64_t LedgerDatabase::revision() {
-  auto& statement = statements_["SELECT MAX(revision) FROM entry"];
+  auto& statement = statements_[kLastRevision];
   const Rewinding rewinding(statement);
-  const auto ofEntries = statement.next() ? statement.integer(0) : 0;
-  return std::max(ofEntries, counter("settings"));
+  return statement.next() ? statement.integer(0) : 0;
 }
 
 void LedgerDatabase::raiseCounter(std::string_view name, std::int64_t value) {
-  promise(Durability::killedProcess);
+  log_.promise(Durability::killedProcess);
   statements_["UPDATE counter SET value = MAX(value, ?) WHERE name = ?"]
       .bind(value)
       .bind(name)

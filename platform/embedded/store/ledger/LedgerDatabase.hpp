@@ -9,6 +9,7 @@
 
 #include "platform/embedded/sqlite/SqliteDatabase.hpp"
 #include "platform/embedded/store/Ledger.hpp"
+#include "platform/embedded/store/ledger/LedgerLog.hpp"
 #include "platform/embedded/store/ledger/LedgerStatements.hpp"
 #include "platform/embedded/store/ledger/LedgerWatch.hpp"
 #include "platform/embedded/store/ledger/OwnerLock.hpp"
@@ -20,9 +21,6 @@ namespace StoreKit::detail {
 class LedgerDatabase {
  public:
   explicit LedgerDatabase(const std::string& path);
-  ~LedgerDatabase();
-  LedgerDatabase(const LedgerDatabase&) = delete;
-  LedgerDatabase& operator=(const LedgerDatabase&) = delete;
 
   [[nodiscard]] const std::string& path() const { return path_; }
   [[nodiscard]] bool isFile() const { return path_ != ":memory:"; }
@@ -60,29 +58,24 @@ class LedgerDatabase {
 
  private:
   using SqliteStatement = Foundation::detail::SqliteStatement;
-  // What is in the ledger of an entry that is to be changed.
-  struct Known {
-    std::int64_t revision = 0;
-    bool finished = false;
-  };
 
   [[nodiscard]] static LedgerEntries read(SqliteStatement& statement);
   [[nodiscard]] std::int64_t newOwner();
-  // From now on, commits keep this promise.
-  void promise(Ledger::Durability durability);
   template <class Work>
   void inTransaction(Ledger::Durability durability, const Work& work);
   void insert(LedgerEntry& entry, std::int64_t revision, const Ledger::Complete& complete);
-  void write(LedgerEntry& entry, std::int64_t revision, bool wasFinished);
-  [[nodiscard]] Known known(std::int64_t identifier);
+  // False when somebody else has changed it, or when it is not there.
+  [[nodiscard]] bool write(LedgerEntry& entry, std::int64_t revision);
+  // Throws when there is none.
+  [[nodiscard]] LedgerEntry known(std::int64_t identifier);
   [[nodiscard]] bool isSecondRunning(const LedgerEntry& entry, const LedgerEntries& changes);
   void settingsChanged(std::int64_t revision);
 
   std::string path_;
   std::unique_ptr<Foundation::detail::SqliteDatabase> database_;
   Foundation::detail::SqliteStatements statements_{*database_};
+  LedgerLog log_{statements_};
   OwnerLock lock_;
-  bool waits_ = true;  // commits wait for the disk
   std::unique_ptr<LedgerWatch> watch_;
 };
 

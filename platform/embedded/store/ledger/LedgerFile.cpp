@@ -67,6 +67,8 @@ INSERT INTO counter VALUES('settings', 0), ('told_refunds', 0);
 )",
     R"(
 DELETE FROM counter WHERE name = 'revision';
+INSERT INTO counter VALUES('log', 0);
+DROP INDEX purchases;
 )"};
 static_assert(std::size(kUpgrades) + 1 == kLedgerVersion);
 
@@ -196,7 +198,6 @@ std::unique_ptr<SqliteDatabase> openLedgerFile(const std::string& path) {
   checkVersion(*database, path);
   makeTables(*database);
   database->useWriteAheadLog();
-  sqlite3_wal_autocheckpoint(database->handle(), kPagesOfLongLog);
   return database;
 }
 

@@ -19,8 +19,5 @@ namespace StoreKit::detail {
 inline constexpr int kLedgerApplicationId = 0x5451534C;
 /// The version of the tables. A ledger of an earlier one is upgraded in place, a later one refused.
 inline constexpr int kLedgerVersion = 3;
-/// The log is brought into the file while the store is idle. Should it never be, then a commit that
-/// waits for the disk does it, each time that so many pages have come together.
-inline constexpr int kPagesOfLongLog = 4096;
 
 }  // namespace StoreKit::detail

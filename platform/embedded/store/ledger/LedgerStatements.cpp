@@ -31,15 +31,16 @@ std::string makeInsertion() {
 }
 
 // The last column is the number.
-std::string makeReplacement(bool finishes) {
+std::string makeReplacement(bool moves) {
   const auto names = columns();
   const auto last = names.size() - 1;
   std::string changes;
   for (std::size_t i = 0; i < last; ++i) {
-    if (names[i] == "finished" && !finishes) continue;
+    if (names[i] == "finished" && !moves) continue;
     changes += (changes.empty() ? "" : ", ") + std::string(names[i]) + " = " + parameter(i);
   }
-  return "UPDATE entry SET " + changes + " WHERE identifier = " + parameter(last);
+  return "UPDATE entry SET " + changes + " WHERE identifier = " + parameter(last) +
+         " AND revision = " + parameter(names.size()) + (moves ? "" : " AND finished = 0");
 }
 
 }  // namespace
@@ -49,10 +50,10 @@ const std::string& insertion() {
   return text;
 }
 
-const std::string& replacement(bool finishes) {
-  static const auto& plain = *new std::string(makeReplacement(false));
-  static const auto& finishing = *new std::string(makeReplacement(true));
-  return finishes ? finishing : plain;
+const std::string& replacement(bool moves) {
+  static const auto& staying = *new std::string(makeReplacement(false));
+  static const auto& moving = *new std::string(makeReplacement(true));
+  return moves ? moving : staying;
 }
 
 std::string selection(std::string_view condition) {

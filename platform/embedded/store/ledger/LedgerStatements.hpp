@@ -10,10 +10,11 @@ namespace StoreKit::detail {
 /// Adds an entry.
 [[nodiscard]] const std::string& insertion();
 
-/// Writes an entry over the one that has its number. An index is written, however little of it has
-/// changed, when a column that it looks at is set: most of them look at `finished` alone, which is
-/// only set when that `finishes`.
-[[nodiscard]] const std::string& replacement(bool finishes);
+/// Writes an entry over the one that has its number, if that has the revision that is bound last.
+/// An index is written, however little of it has changed, when a column that it looks at is set: one
+/// looks at `finished`, which is only set when the entry `moves` between the finished ones and the
+/// others; one that does not move is only written over an unfinished one.
+[[nodiscard]] const std::string& replacement(bool moves);
 
 /// Reads the entries that a condition names; it is what follows the table in a query.
 [[nodiscard]] std::string selection(std::string_view condition);

@@ -5,6 +5,7 @@
 
 #include "platform/Foundation/Print.hpp"
 #include "platform/embedded/sqlite/SqliteDatabase.hpp"
+#include "platform/embedded/store/ledger/LedgerLog.hpp"
 
 namespace StoreKit::detail {
 
@@ -13,27 +14,26 @@ namespace {
 using namespace std::chrono_literals;
 using Foundation::detail::SqliteDatabase;
 using Foundation::detail::SqliteError;
-using Foundation::detail::SqliteStatement;
+using Foundation::detail::SqliteStatements;
 
-constexpr int kPatienceInMilliseconds = 10'000;
 constexpr auto kBetweenLooks = 25ms;
 // So many looks without a change, and the ledger is idle.
 constexpr int kLooksUntilIdle = 20;
 constexpr auto kAfterTrouble = 1s;
 
-// First what takes time, and keeps nobody from writing; then the log is emptied, unless somebody
-// has begun to write. An emptied one has no old frames that a power cut could bring back among the
-// first new ones, which are not synchronised. What fails is tried again after the next change.
-void checkpoint(SqliteDatabase& database) {
-  auto* const handle = database.handle();
-  int frames = 0;
-  int moved = 0;
-  const int status =
-      sqlite3_wal_checkpoint_v2(handle, nullptr, SQLITE_CHECKPOINT_PASSIVE, &frames, &moved);
-  if (status != SQLITE_OK || frames != moved) return;
-  sqlite3_busy_timeout(handle, 0);
-  sqlite3_wal_checkpoint_v2(handle, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr);
-  sqlite3_busy_timeout(handle, kPatienceInMilliseconds);
+std::int64_t number(SqliteStatements& statements, const char* query) {
+  auto& statement = statements[query];
+  const bool row = statement.next();
+  const auto number = row ? statement.integer(0) : 0;
+  if (row) statement.reset();
+  return number;
+}
+
+// Grows with every change, but not with a new log.
+std::int64_t lastChange(SqliteStatements& statements) {
+  return number(statements,
+                "SELECT SUM(value) + (SELECT IFNULL(MAX(revision), 0) FROM entry) FROM counter "
+                "WHERE name <> 'log'");
 }
 
 }  // namespace
@@ -70,18 +70,20 @@ void LedgerWatch::run() {
 
 void LedgerWatch::watch() {
   SqliteDatabase database(path_, SQLITE_OPEN_READWRITE);
-  database.execute("PRAGMA synchronous = FULL");
-  SqliteStatement version(database, "PRAGMA data_version");
+  SqliteStatements statements(database);
+  LedgerLog log(statements);
   std::int64_t seen = 0;
+  std::int64_t tidied = -1;
   int quietLooks = 0;
   while (waitFor(kBetweenLooks)) {
-    const bool row = version.next();
-    const auto now = row ? version.integer(0) : seen;
-    version.reset();
-    const bool changed = std::exchange(seen, now) != now;
+    const auto version = number(statements, "PRAGMA data_version");
+    const bool changed = std::exchange(seen, version) != version;
     quietLooks = changed ? 0 : quietLooks + 1;
     if (changed) changed_();
-    if (quietLooks == kLooksUntilIdle) checkpoint(database);
+    if (quietLooks != kLooksUntilIdle) continue;
+    // A program that tidies up makes the others look, and they have nothing to tidy up after it.
+    const auto change = lastChange(statements);
+    if (std::exchange(tidied, change) != change) log.tidyUp();
   }
 }
 
