@@ -85,8 +85,8 @@ class ChildProgram {
   /// that ended it; 0 when it ended by itself.
   int end(int signal) {
     if (child_ <= 0) return 0;
+    if (signal != 0) ::kill(child_, signal);  // before it could see that its input has ended
     ::close(orders_);
-    if (signal != 0) ::kill(child_, signal);
     int status = 0;
     ::waitpid(child_, &status, 0);
     child_ = -1;

@@ -89,10 +89,12 @@ TEST_F(SharedLedger, FinishingFromBothIsOneRemoval) {
 
   (void)turnUntilIdle();
   ASSERT_EQ(neighbour.ask("finish 1"), "done");
-  Dispatch::MainLoop::runFor(150ms);
+  ASSERT_EQ(neighbour.ask("add coins"), "2");  // heard of only after all that was before
 
-  EXPECT_THAT(observer.journal(), ElementsAre("removed: gems purchased"));
-  EXPECT_EQ(neighbour.ask("states"), "1f");
+  EXPECT_TRUE(reported(2));
+  EXPECT_THAT(observer.journal(),
+              ElementsAre("removed: gems purchased", "updated: coins purchased"));
+  EXPECT_EQ(neighbour.ask("states"), "1f1");
 }
 
 TEST_F(SharedLedger, APurchaseUnderWayBelongsToItsLivingProgram) {
@@ -152,6 +154,18 @@ TEST_F(SharedLedger, APurchaseOfAKilledProgramHasOneHeirOnly) {
   EXPECT_FALSE(second->adoptOrphans());
 
   EXPECT_EQ(second->find(1)->owner, first->owner());
+}
+
+TEST_F(SharedLedger, WhatHasAnOutcomeIsTakenOverByNobody) {
+  ASSERT_EQ(neighbour.ask("add gems"), "1");
+  neighbour.end(SIGKILL);
+  const auto ledger = openLedger(path);
+  const auto before = ledger->find(1)->revision;
+
+  EXPECT_FALSE(ledger->adoptOrphans());
+
+  EXPECT_EQ(ledger->find(1)->owner, std::nullopt);
+  EXPECT_EQ(ledger->find(1)->revision, before);
 }
 
 TEST_F(SharedLedger, AnOwnerIsKnownAfterAChangeOfTheFolder) {

@@ -17,9 +17,16 @@ class WatchedDisk {
   enum class Operation { write, truncate, sync, remove };
   /// `log` is true for the write-ahead log. It runs on the thread that SQLite runs on.
   using Hook = std::function<void(Operation operation, bool log)>;
+  /// What changes nothing: a file is opened; a look at a ledger begins, which takes a lock of the
+  /// memory that programs share.
+  enum class Glance { open, look };
+  using GlanceHook = std::function<void(Glance glance)>;
 
-  static void install(Hook hook) {
+  /// Waits for a hook that is running; the one before does not run any more then.
+  static void install(Hook hook, GlanceHook glanceHook = nullptr) {
+    const std::lock_guard lock(mutex_);
     hook_ = std::move(hook);
+    glanceHook_ = std::move(glanceHook);
     if (system_ != nullptr) return;
     system_ = sqlite3_vfs_find(nullptr);
     ours_ = *system_;
@@ -53,6 +60,12 @@ class WatchedDisk {
     return methodsOf(file).original->xSync(file, flags);
   }
 
+  static int lockShared(sqlite3_file* file, int offset, int count, int flags) {
+    const bool takes = (flags & SQLITE_SHM_LOCK) != 0 && (flags & SQLITE_SHM_SHARED) != 0;
+    if (takes) tell(Glance::look);
+    return methodsOf(file).original->xShmLock(file, offset, count, flags);
+  }
+
   // The system has several sets of methods, by the kind of file; each gets one of ours.
   static const sqlite3_io_methods* watching(const sqlite3_io_methods* original, bool log) {
     static std::mutex mutex;
@@ -64,15 +77,22 @@ class WatchedDisk {
       methods.xWrite = &write;
       methods.xTruncate = &truncate;
       methods.xSync = &sync;
+      methods.xShmLock = &lockShared;
     }
     return &methods;
   }
 
   static void tell(Operation operation, bool log) {
+    const std::lock_guard lock(mutex_);
     if (hook_) hook_(operation, log);
+  }
+  static void tell(Glance glance) {
+    const std::lock_guard lock(mutex_);
+    if (glanceHook_) glanceHook_(glance);
   }
 
   static int open(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* outFlags) {
+    tell(Glance::open);
     const int status = system_->xOpen(system_, name, file, flags, outFlags);
     if (status != SQLITE_OK) return status;
     file->pMethods = watching(file->pMethods, (flags & SQLITE_OPEN_WAL) != 0);
@@ -84,7 +104,9 @@ class WatchedDisk {
     return system_->xDelete(system_, name, syncFolder);
   }
 
+  static inline std::mutex mutex_;
   static inline Hook hook_;
+  static inline GlanceHook glanceHook_;
   static inline sqlite3_vfs* system_ = nullptr;
   static inline sqlite3_vfs ours_{};
 };
