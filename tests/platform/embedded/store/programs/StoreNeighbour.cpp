@@ -1,7 +1,7 @@
 // Another program with the shop of the tests on the ledger of its first argument. It answers each
 // line of its standard input with a line: what a session can do (`approve 1`, `set NAME=VALUE`, ...)
-// with "done" or the error; `add PRODUCT` with "done"; `heard` with everything that its observer
-// was told since the last time.
+// with "done" or the error; `add PRODUCT`, and `finish` for all that is in its queue, with "done";
+// `heard` with everything that its observer was told since the last time.
 
 #include <iostream>
 #include <map>
@@ -56,6 +56,12 @@ class Neighbour {
     }
     if (order == "add") {
       tests::OpenShop::queue().addPayment(StoreKit::SKPayment({.productIdentifier = subject}));
+      return "done";
+    }
+    if (order == "finish") {
+      for (const auto& each : tests::OpenShop::queue().transactions()) {
+        tests::OpenShop::queue().finishTransaction(each);
+      }
       return "done";
     }
     if (order == "observe") return observe(subject);
