@@ -227,10 +227,13 @@ class DownloadsOnAFile : public testing::Test {
     return download;
   }
 
-  void finishElsewhere() const {
+  void finishElsewhere(bool deletes = false) const {
     const auto ledger = SqliteLedger::open(folder.file("ledger")).ledger;
     auto entries = ledger->unfinished();
-    for (auto& entry : entries) entry.finished = true;
+    for (auto& entry : entries) {
+      entry.finished = true;
+      entry.deleted = deletes;
+    }
     ASSERT_FALSE(ledger->update(entries, Ledger::Durability::killedProcess));
   }
 
@@ -291,11 +294,23 @@ TEST_F(DownloadsOnAFile, StartRemovesWhatWasFinishedMeanwhile) {
   EXPECT_FALSE(fs::exists(place));
 }
 
+TEST_F(DownloadsOnAFile, StartRemovesWhatWasDeletedMeanwhile) {
+  const auto place = contentFolder(*downloaded());
+  {
+    const StoreSession somewhereElse(tests::shop());
+  }
+  finishElsewhere(true);
+  ASSERT_TRUE(fs::exists(place));
+  open();
+  EXPECT_FALSE(fs::exists(place));
+}
+
 TEST_F(DownloadsOnAFile, StartLeavesAloneWhatIsNoTransactions) {
   const auto place = fs::path(contentFolder(*downloaded())).parent_path().parent_path();
-  tests::writeAll((place / "notes").string(), {{"mine", "m"}});
+  const auto others = {"notes", "0", "-1", "1x"};
+  for (const auto* other : others) tests::writeAll((place / other).string(), {{"mine", "m"}});
   open();
-  EXPECT_TRUE(fs::exists(place / "notes" / "mine"));
+  for (const auto* other : others) EXPECT_TRUE(fs::exists(place / other / "mine")) << other;
 }
 
 TEST_F(DownloadsOnAFile, ContentOfAnotherLedgerIsLeftAlone) {

@@ -221,5 +221,29 @@ TEST_F(PriceIncrease, OfWhatIsNotRunningIsAnError) {
             tests::kNoSubscription);
 }
 
+TEST_F(SubscriptionChange, FromWhatIsNotSoldAnyMoreBeginsAtOnce) {
+  auto configuration = tests::subscriptions();
+  configuration.settings.timeRate = tests::kFastRate;
+  auto ledger = std::make_unique<MemoryLedger>();
+  const auto now = shop.clock.sources().now().timeIntervalSince1970();
+  LedgerEntries entries = {
+      {.state = SKPaymentTransactionState::purchased,
+       .finished = true,
+       .payment = {.productIdentifier = "gone"},
+       .transactionDate = Foundation::Date::sinceEpoch(now),
+       .period = SubscriptionPeriod{.group = "readers",
+                                    .ends = Foundation::Date::sinceEpoch(now + kFastMonth),
+                                    .renewsAs = "gone"}}};
+  ASSERT_FALSE(ledger->add(entries, Ledger::Durability::powerCut));
+  StoreSession session(configuration, shop.clock.sources(), std::move(ledger));
+
+  queue().addPayment(SKPayment({.productIdentifier = "basic"}));
+  (void)turnUntilIdle();
+
+  EXPECT_THAT(books(session), ElementsAre("1 gone purchased finished", "2 basic purchased"));
+  EXPECT_FALSE(session.allTransactions().at(0).autoRenewingEnabled);
+  EXPECT_TRUE(session.allTransactions().at(1).autoRenewingEnabled);
+}
+
 }  // namespace
 }  // namespace StoreKit
