@@ -64,7 +64,10 @@ void ConnectionPool::cancel(const URLSessionTask::Implementation* task) {
   if (found != transfers_.end()) found->second->cancel();
 }
 
-void ConnectionPool::forget(const Transfer& transfer) { transfers_.erase(transfer.key()); }
+void ConnectionPool::forget(const Transfer& transfer) {
+  std::erase(gathering_, &transfer);
+  transfers_.erase(transfer.key());
+}
 
 CURL* ConnectionPool::takeHandle() {
   if (spare_.empty()) {
@@ -112,6 +115,20 @@ void ConnectionPool::act(curl_socket_t socket, int events) {
   int running = 0;
   curl_multi_socket_action(multi_.get(), socket, events, &running);
   tellEnded();
+  handOverAll();
+}
+
+void ConnectionPool::handOverLater(Transfer& transfer) {
+  if (gathering_.empty() || gathering_.back() != &transfer) gathering_.push_back(&transfer);
+}
+
+// Each may end its transfer.
+void ConnectionPool::handOverAll() {
+  while (!gathering_.empty()) {
+    auto& transfer = *gathering_.back();
+    gathering_.pop_back();
+    transfer.handOverGathered();
+  }
 }
 
 void ConnectionPool::tellEnded() {

@@ -34,6 +34,8 @@ class ConnectionPool final : SocketWatcher, Timer {
   /// no longer. One that is taken off before its end loses its connection.
   void add(Transfer& transfer);
   void remove(Transfer& transfer);
+  /// The transfer has gathered bytes, and is to hand them over when no more are there just now.
+  void handOverLater(Transfer& transfer);
   /// The transfer is over; it is destroyed in this call.
   void forget(const Transfer& transfer);
 
@@ -46,6 +48,7 @@ class ConnectionPool final : SocketWatcher, Timer {
   void timeHasCome() override;
   void act(curl_socket_t socket, int events);
   void tellEnded();
+  void handOverAll();
   static int watchSocket(CURL*, curl_socket_t socket, int what, void* pool, void*);
   static int setTimer(CURLM*, long milliseconds, void* pool);
 
@@ -64,6 +67,7 @@ class ConnectionPool final : SocketWatcher, Timer {
   std::unique_ptr<CURLM, FreeMulti> multi_;
   std::vector<std::unique_ptr<CURL, FreeEasy>> spare_;
   Turns turns_;
+  std::vector<Transfer*> gathering_;
   std::unordered_map<const URLSessionTask::Implementation*, std::unique_ptr<Transfer>> transfers_;
 };
 

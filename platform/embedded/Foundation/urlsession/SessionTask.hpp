@@ -31,7 +31,9 @@ class URLSessionTask::Implementation : public std::enable_shared_from_this<Imple
 
   // For the transfer, on the network thread.
 
-  /// Bytes that are received at a time, at most.
+  /// Bytes that are received and handed to `receiveBytes` at a time, at most. What comes in smaller
+  /// pieces is gathered for a task that takes more than libcurl's own CURL_MAX_WRITE_SIZE: as many as
+  /// are there, it never waits for more.
   [[nodiscard]] virtual long bufferSize() const = 0;
   /// The head of the answer, once; `hasBody` when bytes may follow, be they none. An answer is why
   /// the task does not go on.

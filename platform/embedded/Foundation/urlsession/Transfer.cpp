@@ -73,6 +73,7 @@ void Transfer::applyFunctions(CURL* easy) {
 }
 
 void Transfer::ended(CURLcode result) {
+  if (!problem_) problem_ = flush();
   auto failure = std::exchange(problem_, std::nullopt);
   if (!failure && result != CURLE_OK) failure = failureOf(result);
   if (!failure && leadsElsewhere()) return followRedirect();
@@ -114,6 +115,33 @@ void Transfer::receiveHead() {
   problem_ = task_->receiveResponse(std::move(response), head_.hasBody(request().httpMethod()));
 }
 
+// Whatever has been received, libcurl gives it out in pieces of CURL_MAX_WRITE_SIZE.
+std::optional<NSError> Transfer::receiveBytes(std::string_view bytes) {
+  const auto most = static_cast<std::size_t>(task_->bufferSize());
+  if (most <= CURL_MAX_WRITE_SIZE) return task_->receiveBytes(bytes);
+  if (gathered_.size() + bytes.size() > most) {
+    if (auto problem = flush()) return problem;
+  }
+  gathered_.reserve(most);
+  gathered_ += bytes;
+  pool_.handOverLater(*this);
+  return std::nullopt;
+}
+
+std::optional<NSError> Transfer::flush() {
+  if (gathered_.empty()) return std::nullopt;
+  auto problem = task_->receiveBytes(gathered_);
+  gathered_.clear();
+  return problem;
+}
+
+void Transfer::handOverGathered() {
+  auto failure = flush();
+  if (!failure) return;
+  pool_.remove(*this);
+  finish(std::move(failure));
+}
+
 // Nothing of this object may be used afterwards.
 void Transfer::finish(std::optional<NSError> error) {
   clear();
@@ -152,7 +180,7 @@ std::size_t Transfer::takeBody(char* bytes, std::size_t, std::size_t size, void*
     if (self.leadsElsewhere()) return size;
     self.receiveHead();
   }
-  if (!self.problem_) self.problem_ = self.task_->receiveBytes({bytes, size});
+  if (!self.problem_) self.problem_ = self.receiveBytes({bytes, size});
   return self.problem_ ? 0 : size;
 }
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -34,6 +35,7 @@ class Transfer final : Timer {
   void start();
   void cancel();
   void ended(CURLcode result);
+  void handOverGathered();
 
   [[nodiscard]] const URLSessionTask::Implementation* key() const { return task_.get(); }
 
@@ -50,6 +52,8 @@ class Transfer final : Timer {
   [[nodiscard]] std::optional<URL> location() const;
   [[nodiscard]] bool leadsElsewhere() const;
   void receiveHead();
+  [[nodiscard]] std::optional<NSError> receiveBytes(std::string_view bytes);
+  [[nodiscard]] std::optional<NSError> flush();
   void finish(std::optional<NSError> error);
   [[nodiscard]] NSError failureOf(CURLcode result) const;
   void timeHasCome() override;
@@ -68,6 +72,7 @@ class Transfer final : Timer {
   int redirects_ = 0;
   ResponseHead head_;
   bool hasHead_ = false;  // the task knows the answer
+  std::string gathered_;  // of the body, and not yet the task's
   curl_off_t sent_ = 0;
   Clock::duration patience_;
   Clock::time_point lastSign_;

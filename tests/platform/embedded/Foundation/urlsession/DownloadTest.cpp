@@ -4,7 +4,6 @@
 
 #include <fstream>
 
-#include "tests/fakes/SmallDisk.hpp"
 #include "tests/platform/embedded/Foundation/urlsession/Loading.hpp"
 
 namespace Foundation {
@@ -165,19 +164,6 @@ TEST(DownloadFolder, IsTheOneThatTheEnvironmentNames) {
   EXPECT_EQ(downloadFolder(), "/three/.cache/TQStoreKitLib");
   ::unsetenv("HOME");
   EXPECT_EQ(downloadFolder(), "/tmp");
-}
-
-TEST(DownloadOnAFullDisk, FailsAndLeavesNothing) {
-  const tests::TemporaryFolder folder;
-  const tests::SmallDisk disk(folder.path());
-  if (!disk.isThere()) GTEST_SKIP() << "this machine lets no test mount a file system";
-  const tests::HttpServer server;
-  setDownloadFolder(folder.path());
-  const auto loaded = download(server.url("/bytes/1000000"));
-
-  EXPECT_EQ(loaded.code(), NSURLErrorCannotWriteToFile);
-  EXPECT_EQ(loaded.error->underlyingError()->localizedDescription(), "No space left on device");
-  EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
 long peakMemoryInKilobytes() {
