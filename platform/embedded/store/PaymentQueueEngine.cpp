@@ -44,6 +44,7 @@ void PaymentQueueEngine::restart() {
   ++run_;
   addedPayments_.clear();
   answered_.clear();
+  triesAgain_ = false;
   finishing_.clear();
   asking_.clear();
   restoreRequests_.clear();
@@ -188,7 +189,9 @@ void PaymentQueueEngine::settlePurchases() {
   const auto written = store_.ledger().replace(entries, Ledger::Durability::powerCut);
   if (written.error || written.conflict) store_.scenario() = scenario;
   if (written.error) {
-    store_.tryLater(inThisRun(&PaymentQueueEngine::settlePurchases));
+    if (!std::exchange(triesAgain_, true)) {
+      store_.tryLater(inThisRun(&PaymentQueueEngine::settleAgain));
+    }
     return warnNotCommitted("The purchases are carried on later.", *written.error);
   }
   if (written.conflict) {
@@ -198,6 +201,11 @@ void PaymentQueueEngine::settlePurchases() {
   answered_.clear();
   if (std::any_of(entries.begin(), entries.end(), boughtPeriod)) store_.setAlarm();
   report(unfinished_.merge(entries));
+}
+
+void PaymentQueueEngine::settleAgain() {
+  triesAgain_ = false;
+  settlePurchases();
 }
 
 void PaymentQueueEngine::settle(LedgerEntry entry, Sale& sale) {

@@ -70,6 +70,7 @@ class PaymentQueueEngine {
   // Once the store has had its time to answer.
   void settleInTime(const Transactions& begun);
   void settlePurchases();
+  void settleAgain();
   void settle(LedgerEntry entry, Sale& sale);
   void askApplication();
   [[nodiscard]] bool wantsPurchase(const LedgerEntry& entry, const SKProductPtr& product);
@@ -91,6 +92,7 @@ class PaymentQueueEngine {
   UnfinishedTransactions unfinished_;
   std::vector<SKPayment::Values> addedPayments_;
   std::set<std::int64_t> answered_;  // purchases under way whose outcome is to be decided
+  bool triesAgain_ = false;          // what the ledger has refused of them waits for another try
   std::map<std::int64_t, SKPaymentTransactionState> finishing_;  // as they were then
   std::deque<std::int64_t> asking_;  // begun in the store: applications are to be asked
   Transactions resumed_;             // begun in an earlier run, and not reported in this one yet

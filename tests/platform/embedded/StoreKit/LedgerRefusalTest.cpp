@@ -112,6 +112,25 @@ TEST(LedgerRefusalForAWhile, PurchaseWithoutOutcomeIsTriedAgainSomeSecondsLater)
   EXPECT_EQ(observer.journal().back(), "updated: gems purchased");
 }
 
+TEST(LedgerRefusalForAWhile, PurchasesWithoutOutcomeAreTriedAgainTogether) {
+  tests::SubscriptionShop shop;
+  JournalingObserver observer;
+  observer.observe();
+  tests::CapturedError before;
+  for (const auto* product : {"gems", "coins"}) {
+    shop.ledger->refusal.reset();
+    shop.add(product);
+    turn();
+    shop.ledger->refusal = Foundation::NSError::withDescription("disk", 28, "No space left.");
+    (void)turnUntilIdle();
+  }
+  (void)before.text();
+  tests::CapturedError afterwards;
+  shop.wait(5);
+  EXPECT_EQ(afterwards.text(),
+            "The ledger refused a change: No space left. The purchases are carried on later.\n");
+}
+
 TEST_F(LedgerRefusal, FailureThatWasSetUpIsNotUsedUpByAnOutcomeThatWasNotWritten) {
   shop.session.cancelPurchases();
   shop.add("gems");
