@@ -51,6 +51,9 @@ class FailingLedger final : public StoreKit::Ledger {
   [[nodiscard]] std::optional<StoreKit::LedgerEntry> find(std::int64_t identifier) const override {
     return ledger_.find(identifier);
   }
+  [[nodiscard]] bool isOver(std::int64_t identifier) const override {
+    return ledger_.isOver(identifier);
+  }
   [[nodiscard]] StoreKit::LedgerEntries unfinished() const override { return ledger_.unfinished(); }
   [[nodiscard]] StoreKit::LedgerEntries finishedPurchases() const override {
     return ledger_.finishedPurchases();

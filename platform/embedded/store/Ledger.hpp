@@ -107,6 +107,9 @@ class Ledger {
   /// Absent when there is no such entry.
   [[nodiscard]] virtual std::optional<LedgerEntry> find(std::int64_t identifier) const = 0;
 
+  /// Whether that entry is finished, or not there any more. No, when it cannot be read.
+  [[nodiscard]] virtual bool isOver(std::int64_t identifier) const = 0;
+
   /// The entries that are not finished, in the order in which they were added.
   [[nodiscard]] virtual LedgerEntries unfinished() const = 0;
 

@@ -96,6 +96,11 @@ std::optional<LedgerEntry> MemoryLedger::find(std::int64_t identifier) const {
   return found->second;
 }
 
+bool MemoryLedger::isOver(std::int64_t identifier) const {
+  const auto entry = find(identifier);
+  return !entry || entry->finished;
+}
+
 LedgerEntries MemoryLedger::unfinished() const {
   return select(entries_, [](const LedgerEntry& entry) { return !entry.finished; });
 }

@@ -17,6 +17,7 @@ class MemoryLedger final : public Ledger {
                                     const Complete& complete = nullptr) override;
   [[nodiscard]] Failure adoptOrphans() override { return std::nullopt; }
   [[nodiscard]] std::optional<LedgerEntry> find(std::int64_t identifier) const override;
+  [[nodiscard]] bool isOver(std::int64_t identifier) const override;
   [[nodiscard]] LedgerEntries unfinished() const override;
   [[nodiscard]] LedgerEntries finishedPurchases() const override;
   [[nodiscard]] LedgerEntries all() const override;

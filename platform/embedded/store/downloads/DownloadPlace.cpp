@@ -76,10 +76,7 @@ void DownloadPlace::remove(const std::vector<std::int64_t>& transactions) const 
 
 void DownloadPlace::sweep(const Ledger& ledger) const {
   auto over = transactionsIn(folder_);
-  std::erase_if(over, [&](std::int64_t transaction) {
-    const auto entry = ledger.find(transaction);
-    return entry && !entry->finished;
-  });
+  std::erase_if(over, [&](std::int64_t transaction) { return !ledger.isOver(transaction); });
   remove(over);
 }
 

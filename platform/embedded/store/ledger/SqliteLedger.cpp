@@ -97,6 +97,13 @@ std::optional<LedgerEntry> SqliteLedger::find(std::int64_t identifier) const {
   return entry && !entry->deleted ? entry : std::nullopt;
 }
 
+bool SqliteLedger::isOver(std::int64_t identifier) const {
+  return reading([&] {
+    const auto entry = database_->find(identifier);
+    return !entry || entry->deleted || entry->finished;
+  });
+}
+
 LedgerEntries SqliteLedger::unfinished() const {
   return reading([&] { return database_->select("WHERE finished = 0 ORDER BY identifier"); });
 }

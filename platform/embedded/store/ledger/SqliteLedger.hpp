@@ -41,6 +41,7 @@ class SqliteLedger final : public Ledger {
                                     const Complete& complete = nullptr) override;
   [[nodiscard]] Failure adoptOrphans() override;
   [[nodiscard]] std::optional<LedgerEntry> find(std::int64_t identifier) const override;
+  [[nodiscard]] bool isOver(std::int64_t identifier) const override;
   [[nodiscard]] LedgerEntries unfinished() const override;
   [[nodiscard]] LedgerEntries finishedPurchases() const override;
   [[nodiscard]] LedgerEntries all() const override;

@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/embedded/sqlite/SqliteDatabase.hpp"
 #include "platform/embedded/store/ledger/SqliteLedger.hpp"
+#include "tests/fakes/CapturedError.hpp"
 #include "tests/fakes/DownloadShop.hpp"
 
 namespace StoreKit {
@@ -303,6 +305,19 @@ TEST_F(DownloadsOnAFile, StartRemovesWhatWasDeletedMeanwhile) {
   ASSERT_TRUE(fs::exists(place));
   open();
   EXPECT_FALSE(fs::exists(place));
+}
+
+TEST_F(DownloadsOnAFile, StartKeepsWhatTheLedgerCannotTellOf) {
+  const auto place = contentFolder(*downloaded());
+  {
+    const StoreSession somewhereElse(tests::shop());
+  }
+  auto ledger = SqliteLedger::open(folder.file("ledger")).ledger;
+  Foundation::detail::SqliteDatabase(folder.file("ledger"), SQLITE_OPEN_READWRITE)
+      .execute("UPDATE entry SET error = '{'");  // cannot be understood
+  const tests::CapturedError errors;
+  const StoreSession here(tests::shop(), StoreSources(), std::move(ledger));
+  EXPECT_TRUE(fs::exists(place));
 }
 
 TEST_F(DownloadsOnAFile, StartLeavesAloneWhatIsNoTransactions) {

@@ -81,6 +81,19 @@ TEST_P(LedgerContract, FindsNothingUnderANumberThatItDidNotGive) {
   EXPECT_FALSE(ledger_->find(77));
 }
 
+TEST_P(LedgerContract, KnowsWhatIsOver) {
+  auto finished = entry("a");
+  finished.finished = true;
+  auto deleted = entry("b");
+  deleted.deleted = true;
+  const auto entries = add({finished, deleted, entry("c")});
+
+  EXPECT_TRUE(ledger_->isOver(entries[0].identifier));
+  EXPECT_TRUE(ledger_->isOver(entries[1].identifier));
+  EXPECT_FALSE(ledger_->isOver(entries[2].identifier));
+  EXPECT_TRUE(ledger_->isOver(77));
+}
+
 TEST_P(LedgerContract, KeepsEveryFieldAsItWas) {
   auto whole = entry("gems \U0001F48E", State::failed);
   whole.payment.quantity = 7;
