@@ -69,7 +69,8 @@ std::string answerTo(const Frame& received) {
   const bool isNew = (received.flags & kAcknowledged) == 0;
   if (received.type == kSettings && isNew) return frame(kSettings, kAcknowledged, 0, "");
   if (received.type == kPing && isNew) return frame(kPing, kAcknowledged, 0, received.payload);
-  if (received.type != kHeaders) return "";
+  const bool hasBody = (received.flags & kEndOfStream) == 0;
+  if (received.type != kHeaders || hasBody) return "";
   return frame(kHeaders, kEndOfHeaders, received.stream, kStatus200) +
          frame(kData, kEndOfStream, received.stream, "HTTP/2");
 }

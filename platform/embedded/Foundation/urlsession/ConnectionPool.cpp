@@ -100,10 +100,13 @@ void ConnectionPool::add(Transfer& transfer) {
   if (transfer.isSecure() || turns_.ask(transfer.site(), transfer)) begin(transfer);
 }
 
+// Of HTTP/2 libcurl would keep the connection; it does when others are using it.
 void ConnectionPool::remove(Transfer& transfer) {
   auto* const handle = transfer.takeHandle();
   if (handle == nullptr) return turns_.stopWaiting(transfer.site(), transfer);
+  curl_easy_setopt(handle, CURLOPT_FORBID_REUSE, 1L);
   curl_multi_remove_handle(multi_.get(), handle);
+  curl_easy_setopt(handle, CURLOPT_FORBID_REUSE, 0L);
   giveBack(handle);
   if (auto* const next = turns_.next(transfer.site())) begin(*next);
 }

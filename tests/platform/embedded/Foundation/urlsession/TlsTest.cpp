@@ -123,5 +123,37 @@ TEST_F(Tls, SendsManyRequestsOverOneConnectionOfHttp2) {
   EXPECT_EQ(server.connections(), 1);
 }
 
+TEST_F(Tls, ACancelDropsTheConnectionOfHttp2) {
+  const auto tls = tests::makeTls(makeCertificate(root), {.http2 = true});
+  const tests::HttpServer server(tls.get());
+  const auto session = tests::newSession();
+  tests::Endings endings;
+  auto request = tests::requestFor(server.url("/"));
+  request.setHTTPMethod("POST");
+  request.setHTTPBody(Data{std::byte{1}});  // which is never answered
+  const auto task = session->dataTask(request, endings.forData());
+  task->resume();
+  ASSERT_TRUE(server.waitForRequests(1));
+
+  task->cancel();
+
+  ASSERT_TRUE(endings.waitFor(1));
+  EXPECT_EQ(endings.all()[0].code(), NSURLErrorCancelled);
+  EXPECT_TRUE(server.waitForOpenConnections(0));
+}
+
+TEST_F(Tls, ManyRequestsInTurnShareOneConnectionOfHttp2) {
+  const auto tls = tests::makeTls(makeCertificate(root), {.http2 = true});
+  const tests::HttpServer server(tls.get());
+  const auto session = tests::newSession();
+  tests::Endings endings;
+  for (int i = 1; i <= 5; ++i) {
+    session->dataTask(tests::requestFor(server.url("/")), endings.forData())->resume();
+    ASSERT_TRUE(endings.waitFor(static_cast<std::size_t>(i)));
+  }
+
+  EXPECT_EQ(server.connections(), 1);
+}
+
 }  // namespace
 }  // namespace Foundation
