@@ -18,8 +18,8 @@
 ///   https_proxy, all_proxy and no_proxy. The environment is read when a session first needs it.
 /// - Content-Length, Transfer-Encoding and Connection fields of a request are not sent: the session
 ///   frames its messages itself. Nothing is added but Host, Accept, Accept-Encoding and User-Agent.
-/// - After a time-out or a cancel a connection of HTTP/1.1 is closed; of HTTP/2, whose answers cannot
-///   be mistaken for each other, the stream is.
+/// - After a time-out or a cancel the connection is closed; of HTTP/2 only the stream, while others
+///   are on the connection: their answers cannot be mistaken for each other.
 /// - All networking is on one thread of the process, all completions are on a few more. When the
 ///   process exits, what is under way is dropped, and no further completion begins.
 
