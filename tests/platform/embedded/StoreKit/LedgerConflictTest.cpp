@@ -148,6 +148,12 @@ TEST_F(SharedSettling, AChangeThatLeavesItPurchasingDoesNotKeepItFromItsOutcome)
   EXPECT_THAT(observer.journal(), ElementsAre("updated: gems purchased"));
 }
 
+TEST_F(SharedSettling, AChangeThatWasJustMadeIsKnownInTheNextTurns) {
+  change([](LedgerEntry&) {});
+  for (int i = 0; i < 10; ++i) turn();  // the ledger's own thread takes longer to tell
+  EXPECT_THAT(observer.journal(), ElementsAre("updated: gems purchased"));
+}
+
 TEST_F(SharedSettling, OthersOfTheSameTurnAreSettledAllTheSame) {
   tests::OpenShop::queue().addPayment(SKPayment({.productIdentifier = "crown"}));
   change([](LedgerEntry& entry) { entry.deleted = entry.finished = true; });

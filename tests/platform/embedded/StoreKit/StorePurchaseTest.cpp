@@ -1,9 +1,13 @@
 // Purchases that the user begins in the store.
 
+#include <thread>
+#include <utility>
+
 #include "platform/embedded/store/EmbeddedStore.hpp"
 #include "tests/fakes/CapturedError.hpp"
 #include "tests/fakes/ObservedShop.hpp"
 #include "tests/platform/embedded/store/ledger/LedgerInFolder.hpp"
+#include "tests/platform/embedded/store/ledger/WatchedDisk.hpp"
 
 namespace StoreKit {
 namespace {
@@ -221,6 +225,11 @@ TEST_F(StorePurchase, WhoseAnswerTheLedgerDoesNotTakeIsAskedAboutAtTheNextStart)
 // This program, and another one on its ledger that does what a test says.
 class SharedStorePurchase : public tests::LedgerInFolder {
  protected:
+  struct DiskToWatch {
+    DiskToWatch() { tests::WatchedDisk::install(nullptr); }  // before SQLite opens the ledger
+  };
+  DiskToWatch disk;
+  const std::thread::id mainThread = std::this_thread::get_id();
   StoreSession session{tests::shop(), tests::countingSources(), tests::openLedger(path)};
   std::unique_ptr<SqliteLedger> other = tests::openLedger(path);
   tests::JournalingObserver observer;
@@ -259,6 +268,25 @@ TEST_F(SharedStorePurchase, ThatAnotherProgramIsAskingAboutIsNotAskedAboutHere) 
   turn();  // it is known here
   (void)ownedBy(other->owner());
   (void)turnUntilIdle();
+  EXPECT_THAT(observer.journal(), IsEmpty());
+  EXPECT_EQ(other->find(1)->owner, other->owner());
+}
+
+// Between the look at it and the claim.
+TEST_F(SharedStorePurchase, ThatAnotherProgramClaimsAtTheSameTimeIsNotAskedAboutHere) {
+  observer.observe();
+  (void)turnUntilIdle();
+  (void)session.beginStorePurchase("gems");
+  bool claims = true;
+  tests::WatchedDisk::install(nullptr, [&](tests::WatchedDisk::Glance glance) {
+    const bool here = std::this_thread::get_id() == mainThread;
+    if (!here || glance != tests::WatchedDisk::Glance::change || !std::exchange(claims, false))
+      return;
+    (void)ownedBy(other->owner());
+  });
+  (void)turnUntilIdle();
+  tests::WatchedDisk::install(nullptr);
+  EXPECT_FALSE(claims);
   EXPECT_THAT(observer.journal(), IsEmpty());
   EXPECT_EQ(other->find(1)->owner, other->owner());
 }

@@ -56,7 +56,9 @@ class DiskOfWatcher {
           if (isOfWatcher()) note(operation, log);
         },
         [this](WatchedDisk::Glance glance) {
-          if (isOfWatcher()) (glance == WatchedDisk::Glance::open ? opens : looks).count();
+          if (!isOfWatcher()) return;
+          if (glance == WatchedDisk::Glance::open) opens.count();
+          if (glance == WatchedDisk::Glance::look) looks.count();
         });
   }
   ~DiskOfWatcher() { WatchedDisk::install(nullptr); }

@@ -17,12 +17,13 @@ class WatchedDisk {
   enum class Operation { write, truncate, sync, remove };
   /// `log` is true for the write-ahead log. It runs on the thread that SQLite runs on.
   using Hook = std::function<void(Operation operation, bool log)>;
-  /// What changes nothing: a file is opened; a look at a ledger begins, which takes a lock of the
-  /// memory that programs share.
-  enum class Glance { open, look };
+  /// What changes nothing yet: a file is opened; a look at a ledger begins, and a change does, which
+  /// take a lock of the memory that programs share. Others may still be faster than that change.
+  enum class Glance { open, look, change };
   using GlanceHook = std::function<void(Glance glance)>;
 
-  /// Waits for a hook that is running; the one before does not run any more then.
+  /// Waits for a hook that is running; the one before does not run any more then. Hooks may use
+  /// databases themselves.
   static void install(Hook hook, GlanceHook glanceHook = nullptr) {
     const std::lock_guard lock(mutex_);
     hook_ = std::move(hook);
@@ -61,8 +62,10 @@ class WatchedDisk {
   }
 
   static int lockShared(sqlite3_file* file, int offset, int count, int flags) {
-    const bool takes = (flags & SQLITE_SHM_LOCK) != 0 && (flags & SQLITE_SHM_SHARED) != 0;
-    if (takes) tell(Glance::look);
+    const bool takes = (flags & SQLITE_SHM_LOCK) != 0;
+    const bool alone = (flags & SQLITE_SHM_EXCLUSIVE) != 0;
+    if (takes && !alone) tell(Glance::look);
+    if (takes && alone && offset == kLockOfWriter) tell(Glance::change);
     return methodsOf(file).original->xShmLock(file, offset, count, flags);
   }
 
@@ -104,7 +107,10 @@ class WatchedDisk {
     return system_->xDelete(system_, name, syncFolder);
   }
 
-  static inline std::mutex mutex_;
+  // By SQLite's published format of that memory.
+  static constexpr int kLockOfWriter = 0;
+
+  static inline std::recursive_mutex mutex_;
   static inline Hook hook_;
   static inline GlanceHook glanceHook_;
   static inline sqlite3_vfs* system_ = nullptr;

@@ -104,6 +104,15 @@ TEST_F(TwoPrograms, ARefundIsToldToBoth) {
   EXPECT_EQ(neighbour.ask("heard"), "revoked: gems");
 }
 
+TEST_F(TwoPrograms, ARefundIsNotToldAgainWithALaterChange) {
+  buy("gems");
+  EXPECT_EQ(neighbour.ask("refund 1"), kDone);
+  EXPECT_THAT(heard(), ElementsAre("revoked: gems"));
+  OpenShop::queue().finishTransaction(OpenShop::queue().transactions().at(0));
+  (void)turnUntilIdle();
+  EXPECT_THAT(heard(), IsEmpty());
+}
+
 TEST_F(TwoPrograms, ARefundThatOneWasToldOfIsNotToldAtTheNextStart) {
   buy("gems");
   EXPECT_EQ(neighbour.ask("refund 1"), kDone);
