@@ -1,4 +1,4 @@
-#include "tests/platform/embedded/store/programs/crash/CrashTest.hpp"
+#include "tests/crash/programs/CrashTest.hpp"
 
 #include <algorithm>
 #include <iterator>
@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "tests/crash/LedgerModel.hpp"
-#include "tests/platform/embedded/store/programs/crash/LedgerComparison.hpp"
+#include "tests/crash/programs/LedgerComparison.hpp"
 
 namespace crash {
 

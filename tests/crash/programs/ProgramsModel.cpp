@@ -1,4 +1,4 @@
-#include "tests/platform/embedded/store/programs/crash/ProgramsModel.hpp"
+#include "tests/crash/programs/ProgramsModel.hpp"
 
 #include <cstdlib>
 #include <sstream>

@@ -1,4 +1,4 @@
-#include "tests/platform/embedded/store/programs/crash/LedgerComparison.hpp"
+#include "tests/crash/programs/LedgerComparison.hpp"
 
 #include "tests/crash/LedgerModel.hpp"
 #include "tests/crash/Telling.hpp"

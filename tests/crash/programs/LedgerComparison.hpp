@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/embedded/store/Ledger.hpp"
-#include "tests/platform/embedded/store/programs/crash/ProgramsModel.hpp"
+#include "tests/crash/programs/ProgramsModel.hpp"
 
 namespace crash {
 

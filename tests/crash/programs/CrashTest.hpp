@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "platform/embedded/store/ledger/SqliteLedger.hpp"
+#include "tests/crash/programs/Programs.hpp"
+#include "tests/crash/programs/ProgramsModel.hpp"
 #include "tests/fakes/TemporaryFolder.hpp"
-#include "tests/platform/embedded/store/programs/crash/Programs.hpp"
-#include "tests/platform/embedded/store/programs/crash/ProgramsModel.hpp"
 
 namespace crash {
 

@@ -9,8 +9,8 @@
 
 #include "platform/Foundation/Print.hpp"
 #include "platform/embedded/store/ledger/SqliteLedger.hpp"
-#include "tests/platform/embedded/store/programs/crash/Shop.hpp"
-#include "tests/platform/embedded/store/programs/crash/Shopper.hpp"
+#include "tests/crash/programs/Shop.hpp"
+#include "tests/crash/programs/Shopper.hpp"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tests/platform/embedded/store/programs/crash/KnownTransactions.hpp"
+#include "tests/crash/programs/KnownTransactions.hpp"
 
 #include "tests/crash/LedgerModel.hpp"
 

@@ -1,4 +1,4 @@
-#include "tests/platform/embedded/store/programs/crash/Shopper.hpp"
+#include "tests/crash/programs/Shopper.hpp"
 
 #include <unistd.h>
 

@@ -8,7 +8,7 @@
 #include <optional>
 
 #include "tests/crash/LedgerModel.hpp"
-#include "tests/platform/embedded/store/programs/crash/CrashTest.hpp"
+#include "tests/crash/programs/CrashTest.hpp"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tests/platform/embedded/store/programs/crash/Programs.hpp"
+#include "tests/crash/programs/Programs.hpp"
 
 #include <fcntl.h>
 #include <poll.h>

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "platform/StoreKit/SKPaymentTransaction.hpp"
-#include "tests/platform/embedded/store/programs/crash/KnownRefunds.hpp"
-#include "tests/platform/embedded/store/programs/crash/KnownTransactions.hpp"
+#include "tests/crash/programs/KnownRefunds.hpp"
+#include "tests/crash/programs/KnownTransactions.hpp"
 
 namespace crash {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "tests/crash/LedgerModel.hpp"
-#include "tests/platform/embedded/store/programs/crash/KnownTransactions.hpp"
+#include "tests/crash/programs/KnownTransactions.hpp"
 
 namespace crash {
 
