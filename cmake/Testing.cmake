@@ -4,19 +4,26 @@
 # exists once in a process: the shared instance, the embedded store, the main queue.
 include(GoogleTest)
 
+# What every test includes is read once for all of them.
+file(CONFIGURE OUTPUT test_headers.cpp CONTENT "// Has nothing but precompiled headers.\n")
+add_library(tqstorekit_test_headers OBJECT ${CMAKE_CURRENT_BINARY_DIR}/test_headers.cpp)
+target_link_libraries(tqstorekit_test_headers PRIVATE
+  TQStoreKitLib::TQStoreKitLib GTest::gmock GTest::gtest tqstorekit_settings)
+target_precompile_headers(tqstorekit_test_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+
 function(tqstorekit_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LABELS")
   add_executable(${name} ${arg_SOURCES})
   target_compile_definitions(${name} PRIVATE TQSTOREKIT_TEST_DATA="${PROJECT_SOURCE_DIR}/tests")
   target_link_libraries(${name} PRIVATE
-    TQStoreKitLib::TQStoreKitLib GTest::gmock_main GTest::gtest tqstorekit_settings)
+    TQStoreKitLib::TQStoreKitLib GTest::gmock_main GTest::gtest tqstorekit_settings tqstorekit_program_settings)
   if(arg_LABELS)
     set(labels LABELS ${arg_LABELS})
   endif()
-  target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+  target_precompile_headers(${name} REUSE_FROM tqstorekit_test_headers)
   gtest_discover_tests(${name}
     DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT 60 ENVIRONMENT TQSTORE_LEDGER=:memory: ${labels})
+    PROPERTIES TIMEOUT 120 ENVIRONMENT TQSTORE_LEDGER=:memory: ${labels})
   # What ThreadSanitizer is for can be built alone.
   if("threads" IN_LIST arg_LABELS)
     if(NOT TARGET thread_tests)

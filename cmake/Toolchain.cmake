@@ -10,6 +10,11 @@ target_compile_options(tqstorekit_settings INTERFACE
   "$<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict;-Wno-maybe-uninitialized>"
   $<$<BOOL:${TQSTOREKIT_WARNINGS_AS_ERRORS}>:-Werror>)
 
+# A program may have globals, which a library that it links may not: a test registers itself before main.
+add_library(tqstorekit_program_settings INTERFACE)
+target_compile_options(tqstorekit_program_settings INTERFACE
+  $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wno-global-constructors>)
+
 if(TQSTOREKIT_SANITIZER STREQUAL "address")
   set(sanitizer -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
 elseif(TQSTOREKIT_SANITIZER STREQUAL "thread")

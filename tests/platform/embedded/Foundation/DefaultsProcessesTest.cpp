@@ -74,7 +74,7 @@ TEST_F(DefaultsProcesses, WhatIsSetIsStoredWhenTheProgramExits) {
 TEST_F(DefaultsProcesses, AKillInTheMidstOfWritingDamagesNothing) {
   for (int round = 0; round < 10; ++round) {
     const auto child = start([round] {
-      for (int i = 0;; ++i) {
+      for (;;) {
         shared()->set(Object::data(Data(10'000, std::byte(round))), "a");
         shared()->set(Object::data(Data(10'000, std::byte(round))), "b");
         if (!shared()->synchronize()) std::exit(1);
