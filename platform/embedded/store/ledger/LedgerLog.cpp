@@ -78,11 +78,11 @@ void LedgerLog::promise(Ledger::Durability durability) {
   waits_ = waits;
 }
 
-// What is laid out is zeros, in which SQLite sees the end of the log. The file is not asked for its
-// size each time: with some systems, what is written after that waits for the time of the change.
+// What is laid out is zeros, in which SQLite sees the end of the log; its files take less than 128
+// KiB at once. The file is not asked for its size each time: on some systems the next wait for the
+// disk is longer after that, for the file's time is written as well.
 void LedgerLog::makeRoom() {
-  static constexpr std::array<char, 64 << 10>
-      kZeros{};  // SQLite's files take up to 128 KiB at once
+  static constexpr std::array<char, 64 << 10> kZeros{};
   const auto enough = kHeaderSize + frames_ * frameSize_ + kLittleRoom;
   if (size_ >= enough) return;
   auto* const file = logFile(statements_.database().handle());
