@@ -81,6 +81,20 @@ TEST_P(LedgerContract, FindsNothingUnderANumberThatItDidNotGive) {
   EXPECT_FALSE(ledger_->find(77));
 }
 
+TEST_P(LedgerContract, TakesBackThatSomethingIsFinished) {
+  auto deferred = entry("a", State::deferred);
+  deferred.finished = true;
+  auto entries = add({deferred});
+  entries[0].state = State::purchased;
+  entries[0].finished = false;
+
+  ASSERT_FALSE(ledger_->update(entries, kRelaxed));
+
+  EXPECT_FALSE(entries[0].finished);
+  EXPECT_FALSE(ledger_->find(entries[0].identifier)->finished);
+  EXPECT_EQ(ledger_->unfinished().size(), 1U);
+}
+
 TEST_P(LedgerContract, KnowsWhatIsOver) {
   auto finished = entry("a");
   finished.finished = true;

@@ -54,6 +54,12 @@ TEST_F(LedgerLogRoom, IsLaidOutAgainBeforeItIsUsedUp) {
   EXPECT_LT(kRoom, sizeOfLog());
 }
 
+TEST_F(LedgerLogRoom, IsLaidOutOnceForAllPrograms) {
+  const auto first = openLedger(path);
+  const auto second = openLedger(path);
+  EXPECT_EQ(sizeOfLog(), kRoom);
+}
+
 TEST_F(LedgerLogRoom, IsNotInTheWayOfAnotherProgram) {
   const auto first = openLedger(path);
   const auto second = openLedger(path);
