@@ -48,7 +48,7 @@ class Impatience {
 // Null when there is no log.
 sqlite3_file* logFile(sqlite3* handle) {
   sqlite3_file* file = nullptr;
-  sqlite3_file_control(handle, "main", SQLITE_FCNTL_JOURNAL_POINTER, &file);
+  sqlite3_file_control(handle, "main", SQLITE_FCNTL_JOURNAL_POINTER, static_cast<void*>(&file));
   return file == nullptr || file->pMethods == nullptr ? nullptr : file;
 }
 
