@@ -3,14 +3,13 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 
+#include "platform/embedded/sqlite/FirstBytes.hpp"
 #include "platform/embedded/sqlite/SqliteDatabase.hpp"
 
 namespace Foundation {
@@ -80,12 +79,16 @@ std::string makeDefaultsFile(const std::string& path) {
 }
 
 std::string defaultsHeaderProblem(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return std::string("can't be opened: ") + std::strerror(errno);
-  std::array<char, kHeaderSize> header{};
-  file.read(header.data(), header.size());
-  const bool isComplete = file.gcount() == static_cast<std::streamsize>(header.size());
-  if (!isComplete || std::string_view(header.data(), kMagic.size()) != kMagic ||
+  if (::access(path.c_str(), R_OK) != 0) {
+    return std::string("can't be opened: ") + std::strerror(errno);
+  }
+  std::string header;
+  try {
+    header = detail::firstBytes(path, kHeaderSize);
+  } catch (const detail::SqliteError& error) {
+    return std::string("can't be opened: ") + error.what();
+  }
+  if (header.size() < kHeaderSize || !header.starts_with(kMagic) ||
       bigEndian(&header[kApplicationIdAt]) != kApplicationId) {
     return "is no file of user defaults";
   }

@@ -1,11 +1,15 @@
 #include "platform/embedded/store/ledger/LedgerFile.hpp"
 
+#include <unistd.h>
+
 #include <array>
+#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <optional>
+
+#include "platform/embedded/sqlite/FirstBytes.hpp"
 
 namespace StoreKit::detail {
 
@@ -103,12 +107,12 @@ std::optional<Header> readHeader(const std::string& path) {
   const auto status = std::filesystem::status(path, error);
   if (!std::filesystem::exists(status)) return std::nullopt;
   if (!std::filesystem::is_regular_file(status)) refuse(path, "is not a file");
-  std::ifstream file(path, std::ios::binary);
-  if (!file) refuse(path, std::strerror(errno));
+  if (::access(path.c_str(), R_OK) != 0) refuse(path, std::strerror(errno));
+  const auto bytes = Foundation::detail::firstBytes(path, kHeaderSize);
+  if (bytes.empty()) return std::nullopt;
+  if (bytes.size() < kHeaderSize) refuse(path, "is not a ledger");
   Header header{};
-  file.read(reinterpret_cast<char*>(header.data()), kHeaderSize);
-  if (file.gcount() == 0) return std::nullopt;
-  if (file.gcount() < std::streamsize{kHeaderSize}) refuse(path, "is not a ledger");
+  std::memcpy(header.data(), bytes.data(), kHeaderSize);
   return header;
 }
 

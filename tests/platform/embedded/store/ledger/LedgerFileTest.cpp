@@ -60,6 +60,22 @@ TEST_F(LedgerFile, NeverGivesANumberTwice) {
   EXPECT_LT(first[0].identifier, addTo(*openLedger(path), {entry("gems")})[0].identifier);
 }
 
+// What closes a file takes the locks of its whole process off it.
+TEST_F(LedgerFile, OpenedTwiceStaysLockedAgainstTheEndOfAnotherProgram) {
+  const auto first = openLedger(path);
+  const auto second = openLedger(path);
+  ChildProgram other({LEDGER_NEIGHBOUR, path});
+  EXPECT_EQ(other.ask("states"), "");
+  other.end(0);
+  EXPECT_TRUE(std::filesystem::exists(path + "-wal"));
+
+  addTo(*second, {entry("gems")});
+
+  ChildProgram another({LEDGER_NEIGHBOUR, path});
+  EXPECT_EQ(another.ask("states"), "1");
+  another.end(0);
+}
+
 TEST_F(LedgerFile, OfGarbageIsRefused) {
   std::string garbage;
   for (int i = 0; i < 5000; ++i) garbage += static_cast<char>(i * 37 + i / 256);
