@@ -87,6 +87,9 @@ void LedgerLog::makeRoom() {
   if (size_ >= enough) return;
   auto* const file = logFile(statements_.database().handle());
   if (file == nullptr || file->pMethods->xFileSize(file, &size_) != SQLITE_OK) return;
+  // What was cut off must be gone before there are zeros in its place: a log of old changes with a
+  // gap would be taken for one that ends there.
+  if (size_ == 0 && file->pMethods->xSync(file, SQLITE_SYNC_NORMAL) != SQLITE_OK) return;
   const auto end = size_ < enough ? size_ + kRoom : size_;
   for (; size_ < end; size_ += kZeros.size()) {
     if (file->pMethods->xWrite(file, kZeros.data(), kZeros.size(), size_) != SQLITE_OK) return;

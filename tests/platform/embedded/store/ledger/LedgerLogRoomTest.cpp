@@ -81,13 +81,14 @@ class IdleLedger : public LedgerLogRoom {
         waitsHere += waits ? 1 : 0;
       } else if (log && operation == Operation::truncate) {
         emptied = true;
-      } else if (waits && emptied) {
-        waitsAfterwards.count();
+      } else if (emptied) {
+        if (!waits && waitsAfterwards.value() == 0) writesTooEarly = true;
+        if (waits) waitsAfterwards.count();
       }
     });
     ledger = openLedger(path);
     ledger->watch([] {});
-    ASSERT_TRUE(waitsAfterwards.reach(2, 10s));
+    ASSERT_TRUE(waitsAfterwards.reach(3, 10s));
   }
   void TearDown() override {
     ledger.reset();
@@ -96,6 +97,7 @@ class IdleLedger : public LedgerLogRoom {
 
   const std::thread::id main = std::this_thread::get_id();
   std::atomic<bool> emptied = false;
+  std::atomic<bool> writesTooEarly = false;
   Counter waitsAfterwards;
   std::atomic<int> waitsHere = 0;
   std::unique_ptr<SqliteLedger> ledger;
@@ -106,6 +108,9 @@ TEST_F(IdleLedger, LetsAPurchaseWaitForTheDiskOnce) {
   buy(*ledger);
   EXPECT_EQ(waitsHere, 1);
 }
+
+// A power cut must not leave the zeros in the midst of what was cut off.
+TEST_F(IdleLedger, HasWaitedForTheCutBeforeItMadeRoom) { EXPECT_FALSE(writesTooEarly); }
 
 TEST_F(IdleLedger, HasRoomInItsLog) { EXPECT_EQ(sizeOfLog(), kRoom); }
 
