@@ -18,7 +18,7 @@ using Durability = Ledger::Durability;
 
 // The last change, of an entry or of a setting.
 constexpr const char* kLastRevision =
-    "SELECT MAX(value, IFNULL((SELECT MAX(revision) FROM entry), 0)) FROM counter "
+    "SELECT MAX(value, IFNULL((SELECT MAX(revision) FROM entry), 0)) FROM counters "
     "WHERE name = 'settings'";
 
 // Makes a statement ready again, also when what was read cannot be understood.
@@ -47,7 +47,7 @@ std::int64_t LedgerDatabase::newOwner() {
   SqliteTransaction transaction(statements_);
   log_.makeRoom();
   const auto owner = counter("owner") + 1;
-  statements_["UPDATE counter SET value = ? WHERE name = 'owner'"].bind(owner).run();
+  statements_["UPDATE counters SET value = ? WHERE name = 'owner'"].bind(owner).run();
   transaction.commit();
   return owner;
 }
@@ -168,7 +168,7 @@ LedgerEntries LedgerDatabase::read(SqliteStatement& statement) {
 }
 
 std::int64_t LedgerDatabase::counter(std::string_view name) {
-  auto& statement = statements_["SELECT value FROM counter WHERE name = ?"];
+  auto& statement = statements_["SELECT value FROM counters WHERE name = ?"];
   const Rewinding rewinding(statement.bind(name));
   return statement.next() ? statement.integer(0) : 0;
 }
@@ -181,7 +181,7 @@ std::int64_t LedgerDatabase::revision() {
 
 void LedgerDatabase::raiseCounter(std::string_view name, std::int64_t value) {
   log_.promise(Durability::killedProcess);
-  statements_["UPDATE counter SET value = MAX(value, ?) WHERE name = ?"]
+  statements_["UPDATE counters SET value = MAX(value, ?) WHERE name = ?"]
       .bind(value)
       .bind(name)
       .run();
@@ -196,7 +196,7 @@ LedgerSettings LedgerDatabase::settings() {
 }
 
 void LedgerDatabase::settingsChanged(std::int64_t revision) {
-  statements_["UPDATE counter SET value = ? WHERE name = 'settings'"].bind(revision).run();
+  statements_["UPDATE counters SET value = ? WHERE name = 'settings'"].bind(revision).run();
 }
 
 void LedgerDatabase::set(std::string_view setting, const std::optional<std::string>& value) {

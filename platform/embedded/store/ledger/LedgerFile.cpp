@@ -72,6 +72,7 @@ INSERT INTO counter VALUES('settings', 0), ('told_refunds', 0);
     R"(
 DELETE FROM counter WHERE name = 'revision';
 INSERT INTO counter VALUES('log', 0);
+ALTER TABLE counter RENAME TO counters;  -- what a program of version 2 writes from now on, fails
 DROP INDEX purchases;
 )"};
 static_assert(std::size(kUpgrades) + 1 == kLedgerVersion);

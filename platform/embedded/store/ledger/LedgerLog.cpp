@@ -101,7 +101,7 @@ void LedgerLog::begin() {
   try {
     SqliteTransaction transaction(statements_);
     makeRoom();
-    statements_["UPDATE counter SET value = value + 1 WHERE name = 'log'"].run();
+    statements_["UPDATE counters SET value = value + 1 WHERE name = 'log'"].run();
     transaction.commit();
   } catch (const SqliteError&) {
     return;

@@ -32,7 +32,7 @@ std::int64_t number(SqliteStatements& statements, const char* query) {
 // Grows with every change, but not with a new log.
 std::int64_t lastChange(SqliteStatements& statements) {
   return number(statements,
-                "SELECT SUM(value) + (SELECT IFNULL(MAX(revision), 0) FROM entry) FROM counter "
+                "SELECT SUM(value) + (SELECT IFNULL(MAX(revision), 0) FROM entry) FROM counters "
                 "WHERE name <> 'log'");
 }
 

@@ -9,6 +9,7 @@ namespace tests {
 namespace {
 
 using Foundation::detail::SqliteDatabase;
+using Foundation::detail::SqliteError;
 using Foundation::detail::SqliteStatement;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -183,6 +184,15 @@ TEST_F(LedgerUpgrade, OfTheSecondVersionGoesOnCountingChanges) {
   EXPECT_EQ(ledger->settingsRevision(), 12);
   EXPECT_EQ(addTo(*ledger, {entry("hat")})[0].revision, 13);
   EXPECT_EQ(ledger->revision(), 13);
+}
+
+// It would go on without numbers that the others count by.
+TEST_F(LedgerUpgrade, IsNotWrittenToByAProgramOfTheSecondVersionThatHasItOpen) {
+  makeVersion2();
+  SqliteDatabase older(path, SQLITE_OPEN_READWRITE);
+  SqliteStatement raise(older, "UPDATE counter SET value = value + 1 WHERE name = 'revision'");
+  const auto ledger = openLedger(path);
+  EXPECT_THROW(raise.run(), SqliteError);
 }
 
 TEST_F(LedgerUpgrade, OfOrphansLetsThemBeAdopted) {
