@@ -371,6 +371,7 @@ LedgerEntries PaymentQueueEngine::readChanges() {
     asking_.push_back(entry.identifier);
     later(&PaymentQueueEngine::askApplication);
   }
+  if (std::any_of(entries.begin(), entries.end(), boughtPeriod)) store_.setAlarm();
   return entries;
 }
 

@@ -198,6 +198,21 @@ TEST_F(TwoPrograms, ARenewalOfTheOtherIsDeliveredHereWithItsOriginal) {
   EXPECT_EQ(session->allTransactions().at(1).originalTransactionIdentifier, 1);
 }
 
+// Nobody else is left to do it.
+TEST_F(TwoPrograms, ASubscriptionOfTheOtherIsRenewedHereWhenThatHasEnded) {
+  constexpr const char* kPeriodsOfTwoSeconds = "set timeRate=1005";
+  EXPECT_EQ(neighbour.ask(kPeriodsOfTwoSeconds), kDone);
+  EXPECT_THAT(heard(), IsEmpty());
+  EXPECT_EQ(neighbour.ask("buy club"), kDone);
+  neighbour.end(0);
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (observer.journal().size() < 3 && std::chrono::steady_clock::now() < end) {
+    Dispatch::MainLoop::runFor(std::chrono::milliseconds(10));
+  }
+  EXPECT_THAT(observer.journal(), ElementsAre("updated: club purchased", "updated: club purchased",
+                                              "updated: club purchased"));
+}
+
 TEST_F(TwoPrograms, RenewAtTheSameTimeWithoutLosingOrDoublingOne) {
   buy("club");
   for (int round = 0; round < 20; ++round) {
