@@ -59,8 +59,10 @@ SqliteStatement::SqliteStatement(SqliteDatabase& database, std::string_view text
 }
 
 SqliteStatement& SqliteStatement::check(int status) {
-  if (status != SQLITE_OK) database_.fail("refused a statement");
-  return *this;
+  if (status == SQLITE_OK) return *this;
+  const std::string reason = sqlite3_errmsg(database_.handle());
+  reset();
+  database_.fail("refused a statement", status, reason);
 }
 
 SqliteStatement& SqliteStatement::bind(std::int64_t value) {

@@ -14,10 +14,13 @@ bool isPurchasing(const LedgerEntry& entry) {
   return entry.state == SKPaymentTransactionState::purchasing;
 }
 
-// Negative numbers come last.
+// Negative numbers come last, and count downwards.
+std::pair<bool, std::int64_t> place(std::int64_t identifier) {
+  return {identifier < 0, identifier < 0 ? -identifier : identifier};
+}
+
 bool isBefore(const UnfinishedTransactions::Pointer& transaction, std::int64_t identifier) {
-  return static_cast<std::uint64_t>(transaction->entry().identifier) <
-         static_cast<std::uint64_t>(identifier);
+  return place(transaction->entry().identifier) < place(identifier);
 }
 
 }  // namespace

@@ -64,6 +64,14 @@ TEST_F(LedgerRefusal, PurchaseThatCouldNotBeginIsGoneAfterARelaunch) {
   EXPECT_THAT(OpenShop::queue().transactions(), IsEmpty());
 }
 
+TEST_F(LedgerRefusal, PurchasesThatCouldNotBeginAreInTheirOrder) {
+  refuse();
+  shop.add("gems");
+  shop.add("coins");
+  (void)turnUntilIdle();
+  EXPECT_EQ(tests::describe(OpenShop::queue().transactions()), "gems failed, coins failed");
+}
+
 TEST_F(LedgerRefusal, PurchaseThatCouldNotBeginCanBeFinished) {
   refuse();
   const auto transaction = shop.buy("gems");
