@@ -61,7 +61,7 @@ SqliteStatement::SqliteStatement(SqliteDatabase& database, std::string_view text
 SqliteStatement& SqliteStatement::check(int status) {
   if (status == SQLITE_OK) return *this;
   const std::string reason = sqlite3_errmsg(database_.handle());
-  reset();
+  if (statement_) reset();
   database_.fail("refused a statement", status, reason);
 }
 

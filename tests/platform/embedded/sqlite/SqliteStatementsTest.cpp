@@ -23,6 +23,17 @@ TEST(SqliteStatements, OneThatWasHandedTooMuchCanBeUsedAgain) {
   EXPECT_FALSE(notes.next());
 }
 
+TEST(SqliteStatements, OneThatMeansNothingYetCanBeAskedForAgain) {
+  SqliteDatabase database(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  SqliteStatements statements(database);
+  constexpr const char* kQuery = "SELECT * FROM note";
+  EXPECT_THROW((void)statements[kQuery], SqliteError);
+
+  database.execute("CREATE TABLE note(number INTEGER)");
+
+  EXPECT_FALSE(statements[kQuery].next());
+}
+
 TEST(SqliteStatements, AreTheSameForTheSameText) {
   SqliteDatabase database(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   SqliteStatements statements(database);
