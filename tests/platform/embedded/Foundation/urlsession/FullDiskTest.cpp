@@ -40,7 +40,8 @@ TEST_F(DownloadOnAFullDisk, FailsAndLeavesNothing) {
 }
 
 TEST_F(DownloadOnAFullDisk, SucceedsWhenTheLastByteHasRoom) {
-  EXPECT_EQ(download(server.url("/bytes/" + std::to_string(room()))).fileBytes.size(), room());
+  const auto size = room();
+  EXPECT_EQ(download(server.url("/bytes/" + std::to_string(size))).fileBytes.size(), size);
 }
 
 TEST_F(DownloadOnAFullDisk, FailsWhenOnlyTheLastByteHasNoRoom) {
