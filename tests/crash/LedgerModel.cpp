@@ -13,30 +13,7 @@ namespace {
 
 using State = StoreKit::SKPaymentTransactionState;
 
-std::vector<std::string> split(const std::string& line) {
-  std::vector<std::string> fields;
-  std::istringstream stream(line);
-  for (std::string field; std::getline(stream, field, '\t');) fields.push_back(field);
-  return fields;
-}
-
 std::string stateText(State state) { return std::to_string(static_cast<std::int64_t>(state)); }
-
-[[noreturn]] void broken(std::int64_t number, const std::string& what) {
-  throw Broken("transaction " + std::to_string(number) + " " + what);
-}
-
-// As an observer would see the entry.
-StoreKit::LedgerTransaction seen(const StoreKit::LedgerEntry& entry,
-                                 const StoreKit::Ledger& ledger) {
-  StoreKit::SKPaymentTransactionPtr original;
-  if (entry.original) {
-    const auto found = ledger.find(*entry.original);
-    if (!found) broken(entry.identifier, "repeats one that is not there");
-    original = std::make_shared<StoreKit::LedgerTransaction>(0, *found, nullptr);
-  }
-  return {0, entry, original};
-}
 
 }  // namespace
 

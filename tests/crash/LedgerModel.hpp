@@ -4,19 +4,13 @@
 #include <map>
 #include <optional>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "platform/embedded/store/Ledger.hpp"
+#include "tests/crash/Broken.hpp"
 
 namespace crash {
-
-/// A promise that the ledger has broken.
-class Broken : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 
 /// What the ledger must hold, by what applications on it were told. Every function throws `Broken`
 /// when that contradicts what it is given.

@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstdio>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "platform/embedded/store/LedgerTransaction.hpp"
 
@@ -14,6 +16,14 @@
 //     may   NUMBER                        from now on it may be finished
 //     removed NUMBER                      the queue has reported a removal
 namespace crash {
+
+/// The fields of a line.
+inline std::vector<std::string> split(const std::string& line) {
+  std::vector<std::string> fields;
+  std::istringstream stream(line);
+  for (std::string field; std::getline(stream, field, '\t');) fields.push_back(field);
+  return fields;
+}
 
 inline std::string exact(double number) {
   std::array<char, 40> text{};

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <utility>
 
-#include "tests/crash/LedgerModel.hpp"
+#include "tests/crash/Broken.hpp"
 #include "tests/crash/programs/LedgerComparison.hpp"
 
 namespace crash {

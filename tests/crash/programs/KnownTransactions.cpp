@@ -1,12 +1,8 @@
 #include "tests/crash/programs/KnownTransactions.hpp"
 
-#include "tests/crash/LedgerModel.hpp"
+#include "tests/crash/Broken.hpp"
 
 namespace crash {
-
-void broken(std::int64_t number, const std::string& what) {
-  throw Broken("transaction " + std::to_string(number) + " " + what);
-}
 
 KnownTransaction& KnownTransactions::learn(std::int64_t number, const std::string& payment) {
   const auto [place, isNew] = all_.try_emplace(number, KnownTransaction{.payment = payment});

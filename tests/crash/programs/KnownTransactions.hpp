@@ -46,7 +46,4 @@ class KnownTransactions {
   std::set<std::int64_t> unfinished_;
 };
 
-/// Throws `Broken`.
-[[noreturn]] void broken(std::int64_t number, const std::string& what);
-
 }  // namespace crash

@@ -1,6 +1,6 @@
 #include "tests/crash/programs/LedgerComparison.hpp"
 
-#include "tests/crash/LedgerModel.hpp"
+#include "tests/crash/Broken.hpp"
 #include "tests/crash/Telling.hpp"
 
 namespace crash {
@@ -10,17 +10,6 @@ namespace {
 using StoreKit::Ledger;
 using StoreKit::LedgerEntry;
 using State = StoreKit::SKPaymentTransactionState;
-
-// As an observer would see the entry.
-StoreKit::LedgerTransaction seen(const LedgerEntry& entry, const Ledger& ledger) {
-  StoreKit::SKPaymentTransactionPtr original;
-  if (entry.original) {
-    const auto found = ledger.find(*entry.original);
-    if (!found) broken(entry.identifier, "repeats one that is not there");
-    original = std::make_shared<StoreKit::LedgerTransaction>(0, *found, nullptr);
-  }
-  return {0, entry, original};
-}
 
 bool isSettled(const LedgerEntry& entry) {
   return entry.state != State::purchasing && entry.state != State::deferred;

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/crash/LedgerModel.hpp"
+#include "tests/crash/Broken.hpp"
 
 namespace crash {
 

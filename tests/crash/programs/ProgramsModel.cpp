@@ -3,20 +3,14 @@
 #include <cstdlib>
 #include <sstream>
 
-#include "tests/crash/LedgerModel.hpp"
+#include "tests/crash/Broken.hpp"
+#include "tests/crash/Telling.hpp"
 
 namespace crash {
 
 namespace {
 
 using State = StoreKit::SKPaymentTransactionState;
-
-std::vector<std::string> split(const std::string& line) {
-  std::vector<std::string> fields;
-  std::istringstream stream(line);
-  for (std::string field; std::getline(stream, field, '\t');) fields.push_back(field);
-  return fields;
-}
 
 bool isOneOf(const std::string& word, std::initializer_list<const char*> words) {
   for (const auto* each : words) {

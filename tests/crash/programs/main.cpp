@@ -7,7 +7,7 @@
 #include <iostream>
 #include <optional>
 
-#include "tests/crash/LedgerModel.hpp"
+#include "tests/crash/Broken.hpp"
 #include "tests/crash/programs/CrashTest.hpp"
 
 namespace {
