@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <sstream>
 #include <utility>
 
 #include "tests/crash/Telling.hpp"

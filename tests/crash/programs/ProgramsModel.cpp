@@ -1,7 +1,6 @@
 #include "tests/crash/programs/ProgramsModel.hpp"
 
 #include <cstdlib>
-#include <sstream>
 
 #include "tests/crash/Broken.hpp"
 #include "tests/crash/Telling.hpp"
