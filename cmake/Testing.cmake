@@ -23,7 +23,9 @@ function(tqstorekit_tests name)
   target_precompile_headers(${name} REUSE_FROM tqstorekit_test_headers)
   gtest_discover_tests(${name}
     DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT 120 ENVIRONMENT TQSTORE_LEDGER=:memory: ${labels})
+    PROPERTIES TIMEOUT 120 ENVIRONMENT TQSTORE_LEDGER=:memory:
+      ENVIRONMENT_MODIFICATION TSAN_OPTIONS=path_list_prepend:suppressions=${PROJECT_SOURCE_DIR}/tests/thread-sanitizer.supp
+      ${labels})
   # What ThreadSanitizer is for can be built alone.
   if("threads" IN_LIST arg_LABELS)
     if(NOT TARGET thread_tests)
