@@ -110,26 +110,26 @@ std::string negativeCode(const std::string& text) {
   return text.starts_with("-") ? "an error code is 0 or more, not " + text : "";
 }
 
-void addOptions(CLI::App& command, BuyOptions& purchase) {
-  command.add_option("PRODUCT", purchase.productIdentifier, "The product to buy")->required();
-  command.add_option("--quantity", purchase.quantity, "How many; the store sells 1 to 10 at once")
-      ->type_name("N")
-      ->capture_default_str();
-  command.add_option("--user", purchase.user, "Account of the application's own user")
-      ->type_name("NAME");
-  command.add_flag("!--no-finish", purchase.finish, "Leave the transaction unfinished");
-  command.add_flag("--ask-to-buy", purchase.askToBuy, "Ask somebody else to approve it");
-  auto* fail = command.add_option("--fail", purchase.failWith,
-                                  "Let the purchase fail with this store error code");
-  fail->type_name("CODE")->check(CLI::Validator(negativeCode, ""));
-  command.add_flag("--cancel", purchase.cancel, "Let the user cancel the purchase")->excludes(fail);
+void addOptions(CommandOptions& command, BuyOptions& purchase) {
+  command.addOption("PRODUCT", purchase.productIdentifier, "The product to buy").required();
+  command.addOption("--quantity", purchase.quantity, "How many; the store sells 1 to 10 at once")
+      .valueName("N")
+      .showsDefault();
+  command.addOption("--user", purchase.user, "Account of the application's own user")
+      .valueName("NAME");
+  command.addFlag("!--no-finish", purchase.finish, "Leave the transaction unfinished");
+  command.addFlag("--ask-to-buy", purchase.askToBuy, "Ask somebody else to approve it");
+  auto fail = command.addOption("--fail", purchase.failWith,
+                                "Let the purchase fail with this store error code");
+  fail.valueName("CODE").refusedFor(negativeCode);
+  command.addFlag("--cancel", purchase.cancel, "Let the user cancel the purchase").excludes(fail);
 }
 
 }  // namespace
 
 void addBuy(CommandLine& line) {
   const auto purchase = std::make_shared<BuyOptions>();
-  auto& command = line.add("buy", manual(), [purchase, &options = line.options()](auto& session) {
+  auto command = line.add("buy", manual(), [purchase, &options = line.options()](auto& session) {
     return buy(session, options, *purchase);
   });
   addOptions(command, *purchase);

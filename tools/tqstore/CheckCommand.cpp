@@ -91,9 +91,9 @@ Manual manual() {
 
 void addCheck(CommandLine& line) {
   const auto files = std::make_shared<std::vector<std::string>>();
-  auto& command = line.addWithoutStore(
+  auto command = line.addWithoutStore(
       "check", manual(), [files, &options = line.options()] { return check(*files, options); });
-  command.add_option("FILE", *files, "A .storekit configuration")->required();
+  command.addOption("FILE", *files, "A .storekit configuration").required();
 }
 
 }  // namespace tqstore

@@ -92,12 +92,10 @@ Manual manual() {
 
 void addCompletion(CommandLine& line) {
   const auto shell = std::make_shared<std::string>();
-  auto& command = line.addWithoutStore("completion", manual(), [shell, &options = line.options()] {
+  auto command = line.addWithoutStore("completion", manual(), [shell, &options = line.options()] {
     return writeScript(*shell, options.json);
   });
-  command.add_option("SHELL", *shell, "bash, zsh or fish")
-      ->required()
-      ->check(CLI::IsMember({"bash", "zsh", "fish"}));
+  command.addOption("SHELL", *shell, "bash, zsh or fish").required().oneOf({"bash", "zsh", "fish"});
 }
 
 bool isAskedForWords(int argc, const char* const* argv) {

@@ -64,12 +64,12 @@ ExitStatus run(StoreSession& session, const Control& control, const std::string&
 void addControl(CommandLine& line, Control control, Manual manual) {
   const auto identifier = std::make_shared<std::string>();
   manual.group = "Away from the application";
-  auto& command =
+  auto command =
       line.add(control.name, std::move(manual), [=, &options = line.options()](auto& session) {
         return run(session, control, *identifier, options);
       });
-  command.add_option("TRANSACTION", *identifier, "Its number in the ledger, or its identifier")
-      ->required();
+  command.addOption("TRANSACTION", *identifier, "Its number in the ledger, or its identifier")
+      .required();
 }
 
 void addApprovals(CommandLine& line) {

@@ -161,14 +161,14 @@ Manual manual() {
 
 void addDownload(CommandLine& line) {
   const auto arguments = std::make_shared<Arguments>();
-  auto& command = line.add("download", manual(), [arguments, &options = line.options()](auto&) {
+  auto command = line.add("download", manual(), [arguments, &options = line.options()](auto&) {
     return downloadContent(*arguments, options);
   });
   command
-      .add_option("TRANSACTION", arguments->transaction,
-                  "Its number in the ledger, or its identifier")
-      ->required();
-  command.add_option("DESTINATION", arguments->destination, "A folder that is not there yet");
+      .addOption("TRANSACTION", arguments->transaction,
+                 "Its number in the ledger, or its identifier")
+      .required();
+  command.addOption("DESTINATION", arguments->destination, "A folder that is not there yet");
 }
 
 }  // namespace tqstore

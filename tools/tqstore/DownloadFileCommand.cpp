@@ -126,7 +126,7 @@ ExitStatus downloadFile(const Arguments& arguments, const GlobalOptions& options
 
 void addDownloadFile(CommandLine& line) {
   const auto arguments = std::make_shared<Arguments>();
-  auto& command = line.addWithoutStore(
+  auto command = line.addWithoutStore(
       "download-file",
       {.group = "Network",
        .summary = "Download to a file",
@@ -145,10 +145,10 @@ void addDownloadFile(CommandLine& line) {
        .examples = " tqstore download-file https://example.com/maps.zip\n"
                    " tqstore download-file https://example.com/maps.zip content/ --replace\n"},
       [arguments, &options = line.options()] { return downloadFile(*arguments, options); });
-  command.add_option("URL", arguments->url, "An address that begins with http:// or https://")
-      ->required();
-  command.add_option("DESTINATION", arguments->destination, "The file, or the folder for it");
-  command.add_flag("--replace", arguments->replace, "Replace a file that is there");
+  command.addOption("URL", arguments->url, "An address that begins with http:// or https://")
+      .required();
+  command.addOption("DESTINATION", arguments->destination, "The file, or the folder for it");
+  command.addFlag("--replace", arguments->replace, "Replace a file that is there");
 }
 
 }  // namespace tqstore

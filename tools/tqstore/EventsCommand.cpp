@@ -107,12 +107,12 @@ Manual manual() {
 
 void addEvents(CommandLine& line) {
   const auto unfinishedFirst = std::make_shared<bool>(false);
-  auto& command = line.addOnLedger("events", manual(),
-                                   [unfinishedFirst, &options = line.options()](auto& ledger) {
-                                     return follow(ledger, options, *unfinishedFirst);
-                                   });
-  command.add_flag("--unfinished", *unfinishedFirst,
-                   "Begin with the transactions that are not finished");
+  auto command = line.addOnLedger("events", manual(),
+                                  [unfinishedFirst, &options = line.options()](auto& ledger) {
+                                    return follow(ledger, options, *unfinishedFirst);
+                                  });
+  command.addFlag("--unfinished", *unfinishedFirst,
+                  "Begin with the transactions that are not finished");
 }
 
 }  // namespace tqstore

@@ -51,7 +51,7 @@ ExitStatus fetch(const std::string& text) {
 
 void addFetch(CommandLine& line) {
   const auto url = std::make_shared<std::string>();
-  auto& command = line.addWithoutStore(
+  auto command = line.addWithoutStore(
       "fetch",
       {.group = "Network",
        .summary = "Load what is behind an address",
@@ -63,7 +63,7 @@ void addFetch(CommandLine& line) {
        .refusal = "No answer came.",
        .examples = " tqstore fetch https://example.com/prices.json\n"},
       [url] { return fetch(*url); });
-  command.add_option("URL", *url, "An address that begins with http:// or https://")->required();
+  command.addOption("URL", *url, "An address that begins with http:// or https://").required();
 }
 
 }  // namespace tqstore

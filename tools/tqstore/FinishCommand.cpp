@@ -89,13 +89,12 @@ struct Arguments {
 
 void addFinish(CommandLine& line) {
   const auto given = std::make_shared<Arguments>();
-  auto& command = line.add("finish", manual(), [given, &options = line.options()](auto&) {
+  auto command = line.add("finish", manual(), [given, &options = line.options()](auto&) {
     return given->all ? finishAll(options) : finishOne(given->transaction, options);
   });
-  auto* which = command.add_option_group("which")->require_option(1);
-  which->add_option("TRANSACTION", given->transaction,
-                    "Its number in the ledger, or its identifier");
-  which->add_flag("--all", given->all, "Every one that can be finished");
+  auto which = command.addAlternatives();
+  which.addOption("TRANSACTION", given->transaction, "Its number in the ledger, or its identifier");
+  which.addFlag("--all", given->all, "Every one that can be finished");
 }
 
 }  // namespace tqstore

@@ -97,12 +97,12 @@ Manual manual() {
 
 void addLaunch(CommandLine& line) {
   const auto wanted = std::make_shared<LaunchOptions>();
-  auto& command = line.add("launch", manual(), [wanted, &options = line.options()](auto& session) {
+  auto command = line.add("launch", manual(), [wanted, &options = line.options()](auto& session) {
     return launch(session, options, *wanted);
   });
-  command.add_flag("--finish", wanted->finishes, "Finish what is delivered");
-  command.add_flag("--watch", wanted->watches, "Stay until interrupted");
-  command.add_flag("--refuse", wanted->refuses, "Refuse purchases that begin in the store");
+  command.addFlag("--finish", wanted->finishes, "Finish what is delivered");
+  command.addFlag("--watch", wanted->watches, "Stay until interrupted");
+  command.addFlag("--refuse", wanted->refuses, "Refuse purchases that begin in the store");
 }
 
 }  // namespace tqstore

@@ -100,11 +100,11 @@ Manual manual() {
 
 void addProducts(CommandLine& line) {
   const auto identifiers = std::make_shared<std::vector<std::string>>();
-  auto& command =
+  auto command =
       line.add("products", manual(), [identifiers, &options = line.options()](auto& session) {
         return showProducts(session, options, *identifiers);
       });
-  command.add_option("PRODUCT", *identifiers, "Only these products");
+  command.addOption("PRODUCT", *identifiers, "Only these products");
 }
 
 }  // namespace tqstore

@@ -75,11 +75,10 @@ Manual manual() {
 
 void addReset(CommandLine& line) {
   const auto confirmed = std::make_shared<bool>(false);
-  auto& command =
-      line.add("reset", manual(), [confirmed, &options = line.options()](auto& session) {
-        return reset(session, options, *confirmed);
-      });
-  command.add_flag("--yes", *confirmed, "Do not ask");
+  auto command = line.add("reset", manual(), [confirmed, &options = line.options()](auto& session) {
+    return reset(session, options, *confirmed);
+  });
+  command.addFlag("--yes", *confirmed, "Do not ask");
 }
 
 }  // namespace tqstore

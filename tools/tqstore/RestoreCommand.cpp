@@ -104,12 +104,12 @@ Manual manual() {
 
 void addRestore(CommandLine& line) {
   const auto wanted = std::make_shared<RestoreOptions>();
-  auto& command = line.add("restore", manual(), [wanted, &options = line.options()](auto&) {
+  auto command = line.add("restore", manual(), [wanted, &options = line.options()](auto&) {
     return restore(options, *wanted);
   });
-  command.add_option("--user", wanted->user, "Only what was bought for this account")
-      ->type_name("NAME");
-  command.add_flag("--finish", wanted->finishes, "Finish what is restored");
+  command.addOption("--user", wanted->user, "Only what was bought for this account")
+      .valueName("NAME");
+  command.addFlag("--finish", wanted->finishes, "Finish what is restored");
 }
 
 }  // namespace tqstore

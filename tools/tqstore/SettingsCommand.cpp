@@ -128,14 +128,13 @@ Manual manual() {
 
 void addSettings(CommandLine& line) {
   const auto wanted = std::make_shared<SettingsOptions>();
-  auto& command =
-      line.add("settings", manual(), [wanted, &options = line.options()](auto& session) {
-        return run(session, *wanted, options.json);
-      });
-  command.add_option("KEY", wanted->name, "Only this setting");
-  auto* value = command.add_option("VALUE", wanted->value, "What it is from now on");
-  command.add_flag("--reset", wanted->reset, "Back to what the configuration says: KEY, or all")
-      ->excludes(value);
+  auto command = line.add("settings", manual(), [wanted, &options = line.options()](auto& session) {
+    return run(session, *wanted, options.json);
+  });
+  command.addOption("KEY", wanted->name, "Only this setting");
+  const auto value = command.addOption("VALUE", wanted->value, "What it is from now on");
+  command.addFlag("--reset", wanted->reset, "Back to what the configuration says: KEY, or all")
+      .excludes(value);
 }
 
 }  // namespace tqstore

@@ -58,11 +58,11 @@ ExitStatus run(StoreSession& session, const Control& control, const std::string&
 void addControl(CommandLine& line, Control control, const char* meaning, Manual manual) {
   const auto identifier = std::make_shared<std::string>();
   manual.group = "Away from the application";
-  auto& command =
+  auto command =
       line.add(control.name, std::move(manual), [=, &options = line.options()](auto& session) {
         return run(session, control, *identifier, options);
       });
-  command.add_option("PRODUCT", *identifier, meaning)->required();
+  command.addOption("PRODUCT", *identifier, meaning).required();
 }
 
 }  // namespace

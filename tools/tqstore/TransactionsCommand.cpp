@@ -41,10 +41,10 @@ Manual manual() {
 
 void addTransactions(CommandLine& line) {
   const auto all = std::make_shared<bool>(false);
-  auto& command = line.add("transactions", manual(), [all, &options = line.options()](auto&) {
+  auto command = line.add("transactions", manual(), [all, &options = line.options()](auto&) {
     return showTransactions(options, *all);
   });
-  command.add_flag("--all", *all, "The finished ones too");
+  command.addFlag("--all", *all, "The finished ones too");
 }
 
 }  // namespace tqstore

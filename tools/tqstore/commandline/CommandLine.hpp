@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <memory>
 #include <string>
@@ -8,7 +7,13 @@
 
 #include "platform/embedded/store/StoreSession.hpp"
 #include "tools/tqstore/Console.hpp"
+#include "tools/tqstore/commandline/CommandOptions.hpp"
 #include "tools/tqstore/commandline/Manual.hpp"
+
+namespace CLI {
+class App;
+class Success;
+}  // namespace CLI
 
 namespace tqstore {
 
@@ -16,14 +21,10 @@ namespace tqstore {
 ///
 ///     void addApprove(CommandLine& line) {
 ///       const auto transaction = std::make_shared<std::string>();
-///       auto& command = line.add("approve", {.summary = "..."},
-///                                [=, &options = line.options()](auto& session) { ... });
-///       command.add_option("TRANSACTION", *transaction)->required();
+///       auto command = line.add("approve", {.summary = "..."},
+///                               [=, &options = line.options()](auto& session) { ... });
+///       command.addOption("TRANSACTION", *transaction, "...").required();
 ///     }
-///
-/// A positional argument is named after what it is; names that completion knows (`Completion.hpp`)
-/// are completed. What the arguments are read into must live as long as this: let the command's
-/// function hold it.
 class CommandLine {
  public:
   using Run = std::function<ExitStatus()>;
@@ -31,6 +32,7 @@ class CommandLine {
   using RunOnLedger = std::function<ExitStatus(StoreKit::Ledger&)>;
 
   struct Command {
+    std::string name{};
     CLI::App* app = nullptr;
     Manual manual{};
     bool opensLedger = false;
@@ -41,24 +43,25 @@ class CommandLine {
   explicit CommandLine(Manual manual);
   CommandLine(const CommandLine&) = delete;
   CommandLine& operator=(const CommandLine&) = delete;
+  ~CommandLine();
 
   /// Adds a command that works on the open store. When the store cannot be opened, the program says
   /// why and ends with `kUsage`.
-  CLI::App& add(const std::string& name, Manual manual, RunOnStore run);
+  CommandOptions add(const std::string& name, Manual manual, RunOnStore run);
 
   /// Adds a command that only reads the ledger: no store is opened on it, and nothing is carried on
   /// or taken over from a dead program. With --ledger it may be used without a configuration.
-  CLI::App& addOnLedger(const std::string& name, Manual manual, RunOnLedger run);
+  CommandOptions addOnLedger(const std::string& name, Manual manual, RunOnLedger run);
 
   /// Adds a command that opens no store, and may be used without a configuration.
-  CLI::App& addWithoutStore(const std::string& name, Manual manual, Run run);
+  CommandOptions addWithoutStore(const std::string& name, Manual manual, Run run);
 
   /// What was given, once the command runs.
   [[nodiscard]] const GlobalOptions& options() const { return options_; }
 
   [[nodiscard]] const Manual& manual() const { return manual_; }
   /// The program itself, and its commands in the order in which they were added.
-  [[nodiscard]] const CLI::App& app() const { return app_; }
+  [[nodiscard]] const CLI::App& app() const { return *app_; }
   [[nodiscard]] const std::vector<Command>& commands() const { return commands_; }
 
   /// Reads the arguments and runs the command that they name.
@@ -67,10 +70,10 @@ class CommandLine {
  private:
   void addOptions();
   [[nodiscard]] ExitStatus writeAnswer(const CLI::Success& answer);
-  CLI::App& add(const std::string& name, Command command);
+  CommandOptions add(Command command);
 
   Manual manual_;
-  CLI::App app_;
+  std::unique_ptr<CLI::App> app_;
   GlobalOptions options_;
   std::vector<Command> commands_;
 };

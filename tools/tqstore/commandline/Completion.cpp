@@ -1,5 +1,6 @@
 #include "tools/tqstore/commandline/Completion.hpp"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
@@ -67,7 +68,7 @@ class Reader {
   void readArgument(const std::string& word) {
     if (command_ != nullptr || isUnknown_) return arguments_.push_back(word);
     for (const auto& command : line_.commands()) {
-      if (command.app->get_name() == word) command_ = command.app;
+      if (command.name == word) command_ = command.app;
     }
     isUnknown_ = command_ == nullptr;
   }
@@ -102,7 +103,7 @@ class Reader {
   [[nodiscard]] Definitions commandNames() const {
     Definitions list;
     for (const auto& command : line_.commands()) {
-      list.emplace_back(command.app->get_name(), command.manual.summary);
+      list.emplace_back(command.name, command.manual.summary);
     }
     return list;
   }

@@ -1,5 +1,7 @@
 #include "tools/tqstore/commandline/OptionText.hpp"
 
+#include <CLI/CLI.hpp>
+
 namespace tqstore {
 
 namespace {

@@ -1,10 +1,14 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
 #include "tools/tqstore/commandline/TextLayout.hpp"
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
 
 namespace tqstore {
 

@@ -1,5 +1,6 @@
 #include "tools/tqstore/commandline/UsageProblem.hpp"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <numeric>
 #include <vector>
@@ -42,7 +43,7 @@ std::string suggestion(const std::string& word, const std::vector<std::string>& 
 
 std::vector<std::string> commandNames(const CommandLine& line) {
   std::vector<std::string> names;
-  for (const auto& command : line.commands()) names.push_back(command.app->get_name());
+  for (const auto& command : line.commands()) names.push_back(command.name);
   return names;
 }
 

@@ -1,4 +1,4 @@
-#include "tools/tqstore/commandline/HelpFormatter.hpp"
+#include "tools/tqstore/commandline/HelpText.hpp"
 
 #include <algorithm>
 
@@ -63,8 +63,9 @@ std::string commandList(const CommandLine& line) {
   std::string text;
   for (const auto& group : groups) {
     Definitions commands;
-    for (const auto& [app, manual, opensLedger, run] : line.commands()) {
-      if (manual.group == group) commands.emplace_back(app->get_name(), manual.summary + ".");
+    for (const auto& command : line.commands()) {
+      if (command.manual.group != group) continue;
+      commands.emplace_back(command.name, command.manual.summary + ".");
     }
     text += (text.empty() ? "" : "\n") + filled(group, kIndent, width()) +
             listed(commands, 2 * kIndent, width());
@@ -86,8 +87,8 @@ std::string commandHelp(const CommandLine& line, const CommandLine::Command& com
   const auto& app = *command.app;
   const auto& manual = command.manual;
   return styled("NAME", Style::bold) + "\n" +
-         filled("tqstore " + app.get_name() + " - " + manual.summary, kIndent, width()) +
-         textSection("SYNOPSIS", " tqstore [OPTION...] " + app.get_name() + argumentsText(app)) +
+         filled("tqstore " + command.name + " - " + manual.summary, kIndent, width()) +
+         textSection("SYNOPSIS", " tqstore [OPTION...] " + command.name + argumentsText(app)) +
          textSection("DESCRIPTION", manual.description) +
          listSection("ARGUMENTS", positionalDefinitions(app)) +
          listSection("OPTIONS", optionDefinitions(app)) +
@@ -98,12 +99,11 @@ std::string commandHelp(const CommandLine& line, const CommandLine::Command& com
 
 }  // namespace
 
-std::string HelpFormatter::make_help(const CLI::App* app, std::string /*name*/,
-                                     CLI::AppFormatMode /*mode*/) const {
-  for (const auto& command : line_.commands()) {
-    if (command.app == app) return commandHelp(line_, command);
+std::string helpText(const CommandLine& line, const CLI::App& app) {
+  for (const auto& command : line.commands()) {
+    if (command.app == &app) return commandHelp(line, command);
   }
-  return programHelp(line_);
+  return programHelp(line);
 }
 
 }  // namespace tqstore
