@@ -51,19 +51,19 @@ NSDate* nativeDate(Date date) {
 namespace {
 
 // The locale whose decimal mark is a point, whatever the user's is.
-id plainLocale() {
+id plainNSLocale() {
   return [[[NSLocale alloc] initWithLocaleIdentifier:@"en_US_POSIX"] autorelease];
 }
 
 }  // namespace
 
 std::optional<Decimal> decimalFrom(NSDecimalNumber* number) {
-  return Decimal::fromString(textFrom([number descriptionWithLocale:plainLocale()]));
+  return Decimal::fromString(textFrom([number descriptionWithLocale:plainNSLocale()]));
 }
 
 NSDecimalNumber* nativeDecimal(const Decimal& number) {
   return [NSDecimalNumber decimalNumberWithString:nativeText(number.toString())
-                                           locale:plainLocale()];
+                                           locale:plainNSLocale()];
 }
 
 Locale localeFrom(NSLocale* locale) { return Locale(textFrom([locale localeIdentifier])); }

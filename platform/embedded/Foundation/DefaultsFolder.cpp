@@ -15,13 +15,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct ChosenFolder {
+struct DefaultsFolderChoice {
   std::mutex mutex;
   std::optional<std::string> path;
 };
 
-ChosenFolder& chosen() {
-  static auto& instance = *new ChosenFolder;
+DefaultsFolderChoice& defaultsFolderChoice() {
+  static auto& instance = *new DefaultsFolderChoice;
   return instance;
 }
 
@@ -43,13 +43,13 @@ std::optional<fs::path> configurationFolder() {
 }  // namespace
 
 void setDefaultsFolder(std::optional<std::string> path) {
-  const std::lock_guard lock(chosen().mutex);
-  chosen().path = std::move(path);
+  const std::lock_guard lock(defaultsFolderChoice().mutex);
+  defaultsFolderChoice().path = std::move(path);
 }
 
 std::optional<std::string> defaultsFolder() {
-  const std::lock_guard lock(chosen().mutex);
-  if (chosen().path) return chosen().path;
+  const std::lock_guard lock(defaultsFolderChoice().mutex);
+  if (defaultsFolderChoice().path) return defaultsFolderChoice().path;
   if (auto named = variable("TQSTORE_DEFAULTS")) return named;
   const auto folder = configurationFolder();
   if (!folder) return std::nullopt;

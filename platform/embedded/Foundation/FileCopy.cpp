@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/embedded/Foundation/SystemError.hpp"
+
 namespace Foundation {
 
 namespace fs = std::filesystem;
@@ -15,8 +17,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kPortion = std::size_t{256} * 1024;
-
-std::error_code lastError() { return {errno, std::generic_category()}; }
 
 class Descriptor {
  public:
@@ -31,7 +31,7 @@ class Descriptor {
   [[nodiscard]] bool isOpen() const { return number_ >= 0; }
   // Some file systems say only here that there was no room.
   [[nodiscard]] std::error_code close() {
-    return ::close(std::exchange(number_, -1)) == 0 ? std::error_code() : lastError();
+    return ::close(std::exchange(number_, -1)) == 0 ? std::error_code() : lastSystemError();
   }
 
  private:
@@ -41,7 +41,7 @@ class Descriptor {
 std::error_code writeAll(int file, const char* bytes, std::size_t count) {
   while (count > 0) {
     const auto written = ::write(file, bytes, count);
-    if (written < 0 && errno != EINTR) return lastError();
+    if (written < 0 && errno != EINTR) return lastSystemError();
     if (written <= 0) continue;
     bytes += written;
     count -= static_cast<std::size_t>(written);
@@ -55,7 +55,7 @@ std::error_code copyBytes(int from, int to) {
     const auto count = ::read(from, portion.data(), portion.size());
     if (count == 0) return {};
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return lastError();
+    if (count < 0) return lastSystemError();
     if (const auto error = writeAll(to, portion.data(), static_cast<std::size_t>(count))) {
       return error;
     }
@@ -65,9 +65,9 @@ std::error_code copyBytes(int from, int to) {
 // The permissions come last, since they may forbid writing.
 std::error_code copyFile(const fs::path& from, const fs::path& to) {
   const Descriptor source(::open(from.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!source.isOpen()) return lastError();
+  if (!source.isOpen()) return lastSystemError();
   Descriptor copy(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
-  if (!copy.isOpen()) return lastError();
+  if (!copy.isOpen()) return lastSystemError();
   if (const auto error = copyBytes(source.number(), copy.number())) return error;
   if (const auto error = copy.close()) return error;
   std::error_code error;

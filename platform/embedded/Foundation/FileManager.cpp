@@ -13,7 +13,7 @@ namespace {
 
 using Outcome = std::optional<NSError>;
 
-std::string quoted(const std::string& path) { return "“" + path + "”"; }
+std::string inQuotes(const std::string& path) { return "“" + path + "”"; }
 
 // Why the system could not even be asked about that address: it is no file's, or names a path that
 // would end early.
@@ -33,7 +33,7 @@ Outcome transfer(const URL& from, const URL& to, const char* verb, const Work& w
   if (!error) error = unusable(to);
   if (!error) error = work(fs::path(from.path()), fs::path(to.path()));
   if (!error) return std::nullopt;
-  const auto what = quoted(nameOf(from)) + " can’t be " + verb + " to " + quoted(nameOf(to));
+  const auto what = inQuotes(nameOf(from)) + " can’t be " + verb + " to " + inQuotes(nameOf(to));
   return fileError(error, what, nameOf(toBlame));
 }
 
@@ -42,7 +42,7 @@ Outcome change(const URL& url, const char* verb, const Work& work) {
   auto error = unusable(url);
   if (!error) error = work(fs::path(url.path()));
   if (!error) return std::nullopt;
-  return fileError(error, quoted(nameOf(url)) + " can’t be " + verb, nameOf(url));
+  return fileError(error, inQuotes(nameOf(url)) + " can’t be " + verb, nameOf(url));
 }
 
 std::error_code removeAll(const fs::path& path) {

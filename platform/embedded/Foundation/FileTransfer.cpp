@@ -3,19 +3,17 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <string>
 
 #include "platform/embedded/Foundation/FileCopy.hpp"
+#include "platform/embedded/Foundation/SystemError.hpp"
 
 namespace Foundation {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-std::error_code lastError() { return {errno, std::generic_category()}; }
 
 // A folder beside the place that something is on its way to, thus in its file system; it goes away
 // with what is still in it.
@@ -24,7 +22,7 @@ class WayStation {
   explicit WayStation(const fs::path& destination) {
     auto name = (destination.parent_path() / ".arriving-XXXXXX").string();
     if (::mkdtemp(name.data()) == nullptr) {
-      error_ = lastError();
+      error_ = lastSystemError();
     } else {
       folder_ = name;
     }
@@ -67,9 +65,9 @@ bool isRegularFile(const fs::path& path) {
 // A file gets its new name before it loses the old one, which fails when that name is taken. It is
 // the only rename that replaces nothing on every system.
 std::error_code relink(const fs::path& from, const fs::path& to) {
-  if (::link(from.c_str(), to.c_str()) != 0) return lastError();
+  if (::link(from.c_str(), to.c_str()) != 0) return lastSystemError();
   if (::unlink(from.c_str()) == 0) return {};
-  const auto error = lastError();
+  const auto error = lastSystemError();
   ::unlink(to.c_str());
   return error;
 }

@@ -10,21 +10,21 @@ namespace Foundation {
 
 namespace {
 
-struct ChosenFolder {
+struct DownloadFolderChoice {
   std::mutex mutex;
   std::optional<std::string> path;
 };
 
-ChosenFolder& chosen() {
-  static auto& instance = *new ChosenFolder;
+DownloadFolderChoice& downloadFolderChoice() {
+  static auto& instance = *new DownloadFolderChoice;
   return instance;
 }
 
 std::atomic<std::int64_t> maximum = std::int64_t{1} << 30U;
 
 std::optional<std::string> chosenFolder() {
-  const std::lock_guard lock(chosen().mutex);
-  return chosen().path;
+  const std::lock_guard lock(downloadFolderChoice().mutex);
+  return downloadFolderChoice().path;
 }
 
 // Absent unless the variable names a folder by its full path.
@@ -37,8 +37,8 @@ std::optional<std::string> folderIn(const char* variable) {
 }  // namespace
 
 void setDownloadFolder(std::optional<std::string> path) {
-  const std::lock_guard lock(chosen().mutex);
-  chosen().path = std::move(path);
+  const std::lock_guard lock(downloadFolderChoice().mutex);
+  downloadFolderChoice().path = std::move(path);
 }
 
 std::string downloadFolder() {

@@ -8,7 +8,7 @@ namespace StoreKit {
 
 namespace {
 
-EmbeddedStore& store() {
+EmbeddedStore& storeOnMainThread() {
 #ifndef NDEBUG
   if (!Dispatch::mainQueue().isCurrentThread()) {
     Foundation::warn("The payment queue was used on a thread that is not the main one.");
@@ -17,7 +17,7 @@ EmbeddedStore& store() {
   return EmbeddedStore::current();
 }
 
-PaymentQueueEngine& engine() { return store().queue(); }
+PaymentQueueEngine& engine() { return storeOnMainThread().queue(); }
 
 }  // namespace
 
@@ -50,19 +50,19 @@ void SKPaymentQueue::restoreCompletedTransactions(
 }
 
 void SKPaymentQueue::startDownloads(const SKDownloads& downloads) {
-  store().downloads().start(downloads);
+  storeOnMainThread().downloads().start(downloads);
 }
 
 void SKPaymentQueue::pauseDownloads(const SKDownloads& downloads) {
-  store().downloads().pause(downloads);
+  storeOnMainThread().downloads().pause(downloads);
 }
 
 void SKPaymentQueue::resumeDownloads(const SKDownloads& downloads) {
-  store().downloads().resume(downloads);
+  storeOnMainThread().downloads().resume(downloads);
 }
 
 void SKPaymentQueue::cancelDownloads(const SKDownloads& downloads) {
-  store().downloads().cancel(downloads);
+  storeOnMainThread().downloads().cancel(downloads);
 }
 
 SKPaymentTransactions SKPaymentQueue::transactions() const { return engine().transactions(); }

@@ -5,8 +5,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <system_error>
 
+#include "platform/embedded/Foundation/SystemError.hpp"
 #include "platform/embedded/store/configuration/ConfigurationReader.hpp"
 
 namespace StoreKit {
@@ -31,13 +31,12 @@ class OpenFile {
   int descriptor_;
 };
 
-std::string lastSystemError() { return std::generic_category().message(errno); }
-
 // Why this is not a file to read from; empty when it is one.
 std::string reasonAgainst(const OpenFile& file) {
-  if (!file.isOpen()) return "can't be opened: " + lastSystemError();
+  if (!file.isOpen()) return "can't be opened: " + Foundation::lastSystemError().message();
   struct stat status{};
-  if (::fstat(file.descriptor(), &status) != 0) return "can't be read: " + lastSystemError();
+  if (::fstat(file.descriptor(), &status) != 0)
+    return "can't be read: " + Foundation::lastSystemError().message();
   if (S_ISDIR(status.st_mode)) return "is a folder, not a file";
   if (!S_ISREG(status.st_mode)) return "is not a regular file";
   return {};
@@ -52,7 +51,8 @@ std::string readInto(std::string& text, const OpenFile& file) {
     text.resize(before + kChunk);
     const auto count = ::read(file.descriptor(), text.data() + before, kChunk);
     text.resize(before + (count > 0 ? static_cast<std::size_t>(count) : 0));
-    if (count < 0 && errno != EINTR) return "can't be read: " + lastSystemError();
+    if (count < 0 && errno != EINTR)
+      return "can't be read: " + Foundation::lastSystemError().message();
     if (count == 0) return {};
   }
   return {};

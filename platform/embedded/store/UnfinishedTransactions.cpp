@@ -10,7 +10,7 @@ namespace StoreKit {
 
 namespace {
 
-bool isPurchasing(const LedgerEntry& entry) {
+bool isUnderWay(const LedgerEntry& entry) {
   return entry.state == SKPaymentTransactionState::purchasing;
 }
 
@@ -66,7 +66,7 @@ UnfinishedTransactions::Changes UnfinishedTransactions::merge(const LedgerEntrie
   for (const auto& entry : entries) {
     const auto transaction = find(entry.identifier);
     if (!transaction) {
-      if (!entry.finished && !isPurchasing(entry)) changes.updated.push_back(add(entry));
+      if (!entry.finished && !isUnderWay(entry)) changes.updated.push_back(add(entry));
       continue;
     }
     if (transaction->entry().revision > entry.revision) continue;
@@ -89,7 +89,7 @@ UnfinishedTransactions::Changes UnfinishedTransactions::merge(const LedgerEntrie
 UnfinishedTransactions::List UnfinishedTransactions::inState(bool purchasing) const {
   List found;
   std::copy_if(list_.begin(), list_.end(), std::back_inserter(found),
-               [&](const Pointer& each) { return isPurchasing(each->entry()) == purchasing; });
+               [&](const Pointer& each) { return isUnderWay(each->entry()) == purchasing; });
   return found;
 }
 

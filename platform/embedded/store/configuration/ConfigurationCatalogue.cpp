@@ -37,7 +37,7 @@ class CatalogueReader {
     const auto productID = fields.text("productID");
     if (productID.empty()) return fields.warn("has no productID; left out");
     if (const auto first = entries_.find(productID); first != entries_.end()) {
-      return fields.warn("has the same productID " + quoted(productID) + " as " +
+      return fields.warn("has the same productID " + inQuotes(productID) + " as " +
                          problems_.pointer(*first->second) + "; the first one is kept");
     }
     if (auto product = readProduct(fields, section, problems_)) {
@@ -69,7 +69,7 @@ bool isSection(std::string_view key) {
 void warnAboutStrayProducts(const Value& file, ConfigurationProblems& problems) {
   for (const auto& [key, value] : *std::get_if<Value::Object>(&file.content)) {
     if (isSection(key) || !listsProducts(value)) continue;
-    return problems.warn(value, "products are not read from " + quoted(key) +
+    return problems.warn(value, "products are not read from " + inQuotes(key) +
                                     ", only from \"products\", \"nonRenewingSubscriptions\" and "
                                     "\"subscriptionGroups\"; the catalogue is empty");
   }

@@ -18,7 +18,7 @@ std::string ConfigurationFields::text(std::string_view key, std::string_view fal
   const Value* value = find(key);
   if (value == nullptr) return std::string(fallback);
   if (const auto* text = std::get_if<std::string>(&value->content)) return *text;
-  warnAboutKind(*value, "a text", quoted(fallback));
+  warnAboutKind(*value, "a text", inQuotes(fallback));
   return std::string(fallback);
 }
 
@@ -54,9 +54,9 @@ std::optional<Foundation::Decimal> ConfigurationFields::price(std::string_view k
   const auto written = text(key);
   auto [price, remark] = readPrice(written);
   if (!price) {
-    warn(key, "the price " + quoted(written) + " " + remark + "; " + std::string(consequence));
+    warn(key, "the price " + inQuotes(written) + " " + remark + "; " + std::string(consequence));
   } else if (!remark.empty()) {
-    warn(key, "the price " + quoted(written) + " " + remark + "; read as " + price->toString());
+    warn(key, "the price " + inQuotes(written) + " " + remark + "; read as " + price->toString());
   }
   return price;
 }
@@ -67,7 +67,7 @@ std::optional<SKProductSubscriptionPeriod> ConfigurationFields::duration(
   const auto written = text(key);
   const auto duration = readDuration(written);
   if (!duration) {
-    warn(key, quoted(written) + " is no duration such as \"P1M\"; " + std::string(consequence));
+    warn(key, inQuotes(written) + " is no duration such as \"P1M\"; " + std::string(consequence));
   }
   return duration;
 }

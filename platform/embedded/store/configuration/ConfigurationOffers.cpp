@@ -20,7 +20,7 @@ std::optional<PaymentMode> readPaymentMode(const ConfigurationFields& fields) {
   if (written == "none") return std::nullopt;
   const auto message = fields.find("paymentMode") == nullptr
                            ? std::string("has no paymentMode; ")
-                           : "the payment mode " + quoted(written) + " is unknown; ";
+                           : "the payment mode " + inQuotes(written) + " is unknown; ";
   fields.warn("paymentMode", message + std::string(kNoOffer));
   return std::nullopt;
 }
@@ -56,8 +56,8 @@ void addPromotionalOffer(const ConfigurationFields& fields, std::vector<Offer>& 
   const auto offerID = fields.text("offerID");
   if (offerID.empty()) return fields.warn("has no offerID to name it by; left out");
   if (findOffer(offers, offerID) != nullptr) {
-    return fields.warn("offerID",
-                       "the offer " + quoted(offerID) + " is there already; the first one is kept");
+    return fields.warn(
+        "offerID", "the offer " + inQuotes(offerID) + " is there already; the first one is kept");
   }
   if (auto offer = readOffer(fields)) {
     offer->offerID = offerID;

@@ -13,7 +13,7 @@ bool isControl(char byte) { return static_cast<unsigned char>(byte) < 0x20U || b
 
 }  // namespace
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
   constexpr std::size_t kLongest = 60;
   std::size_t length = std::min(text.size(), kLongest);
   while (length < text.size() && length > 0 && isInsideCharacter(text[length])) --length;

@@ -13,7 +13,7 @@
 namespace StoreKit::detail {
 
 /// A text of the file as a message shows it: in quotes, shortened, without control characters.
-[[nodiscard]] std::string quoted(std::string_view text);
+[[nodiscard]] std::string inQuotes(std::string_view text);
 
 /// Collects what is odd about one configuration file while it is read.
 ///

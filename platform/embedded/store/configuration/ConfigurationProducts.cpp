@@ -46,7 +46,7 @@ ProductType readType(const ConfigurationFields& entry, const ConfigurationSectio
   const auto type = typeNamed(written).value_or(section.usualType);
   if (written != toString(type)) {
     const bool missing = entry.find("type") == nullptr;
-    const auto oddity = missing ? "has no type" : "the type " + quoted(written) + " is unknown";
+    const auto oddity = missing ? "has no type" : "the type " + inQuotes(written) + " is unknown";
     entry.warn("type", oddity + "; read as " + std::string(toString(type)));
   }
   warnAboutPlace(entry, type, section.usualType);
@@ -76,7 +76,7 @@ std::string readGroupID(const ConfigurationFields& entry, const ConfigurationSec
     entry.warn("belongs to no group that has an identifier; read with an empty one");
   } else if (!written.empty() && written != groupID) {
     entry.warn("subscriptionGroupID",
-               quoted(written) + " is not the group around it; read as " + quoted(groupID));
+               inQuotes(written) + " is not the group around it; read as " + inQuotes(groupID));
   }
   return groupID;
 }

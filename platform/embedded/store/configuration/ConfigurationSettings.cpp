@@ -16,7 +16,7 @@ std::string readLocale(const ConfigurationFields& fields) {
   std::string fallback = Settings().locale;
   auto locale = fields.text("_locale", fallback);
   if (!locale.empty()) return locale;
-  fields.warn("_locale", "names no locale; read as " + quoted(fallback));
+  fields.warn("_locale", "names no locale; read as " + inQuotes(fallback));
   return fallback;
 }
 
@@ -29,11 +29,11 @@ std::string readStorefront(const ConfigurationFields& fields) {
   std::string fallback = Settings().storefront;
   auto storefront = fields.text("_storefront", fallback);
   if (isCountryCode(storefront) && storefrontCurrency(storefront)) return storefront;
-  fields.warn("_storefront", quoted(storefront) +
+  fields.warn("_storefront", inQuotes(storefront) +
                                  (isCountryCode(storefront)
                                       ? " is no country that has a currency; read as "
                                       : " is no country code of three capital letters; read as ") +
-                                 quoted(fallback));
+                                 inQuotes(fallback));
   return fallback;
 }
 

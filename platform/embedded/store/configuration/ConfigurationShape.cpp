@@ -105,7 +105,7 @@ void warnAboutRepeatedKeysOf(const Value::Object& members, const Value& object,
   }
   std::sort(keys.begin(), keys.end());
   for (auto at = keys.begin(); (at = std::adjacent_find(at, keys.end())) != keys.end();) {
-    problems.warn(object, "has the key " + quoted(*at) + " more than once; the first one counts");
+    problems.warn(object, "has the key " + inQuotes(*at) + " more than once; the first one counts");
     at = std::upper_bound(at, keys.end(), *at);
   }
 }

@@ -3,12 +3,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <string>
 #include <utility>
 
 #include "platform/embedded/Foundation/FileError.hpp"
+#include "platform/embedded/Foundation/SystemError.hpp"
 
 namespace StoreKit {
 
@@ -53,7 +53,7 @@ Failure ContentCopy::begin() {
   std::error_code error;
   fs::create_directories(into_, error);
   auto name = (into_ / kFirstName).string();
-  if (!error && ::mkdtemp(name.data()) == nullptr) error = {errno, std::generic_category()};
+  if (!error && ::mkdtemp(name.data()) == nullptr) error = Foundation::lastSystemError();
   if (error) return cannotMake(into_, error);
   folder_ = name;
   if (auto failure = makeFolders()) return failure;

@@ -13,6 +13,7 @@
 #include "platform/Foundation/FileManager.hpp"
 #include "platform/Foundation/JSONEncoder.hpp"
 #include "platform/embedded/Foundation/FileError.hpp"
+#include "platform/embedded/Foundation/SystemError.hpp"
 #include "platform/embedded/store/downloads/ContentListing.hpp"
 
 namespace StoreKit {
@@ -25,11 +26,11 @@ constexpr std::int64_t kPortion = std::int64_t{64} * 1024;
 constexpr mode_t kPermissions = S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
 
 Foundation::NSError readError(const std::filesystem::path& path) {
-  return contentReadError({errno, std::generic_category()}, path.string());
+  return contentReadError(Foundation::lastSystemError(), path.string());
 }
 
 Foundation::NSError writeError(const std::filesystem::path& path) {
-  const std::error_code reason(errno, std::generic_category());
+  const auto reason = Foundation::lastSystemError();
   return Foundation::fileError(reason, "“" + path.string() + "” can’t be written", path.string());
 }
 

@@ -11,13 +11,13 @@ namespace StoreKit {
 namespace {
 
 namespace fs = std::filesystem;
-using State = SKDownloadState;
 
 // Bytes of one turn.
 constexpr std::int64_t kPiece = std::int64_t{256} * 1024;
 
-bool canCancel(State state) {
-  return state == State::waiting || state == State::active || state == State::paused;
+bool canCancel(SKDownloadState state) {
+  return state == SKDownloadState::waiting || state == SKDownloadState::active ||
+         state == SKDownloadState::paused;
 }
 
 }  // namespace
@@ -37,7 +37,7 @@ std::optional<std::string> HostedDownload::contentURL() const {
 }
 
 float HostedDownload::progress() const {
-  if (state_ == State::finished) return 1;
+  if (state_ == SKDownloadState::finished) return 1;
   if (length_ == 0) return 0;
   return static_cast<float>(static_cast<double>(copied_) / static_cast<double>(length_));
 }
@@ -59,11 +59,12 @@ bool HostedDownload::isEqual(const SKDownload& other) const {
 std::size_t HostedDownload::hash() const { return std::hash<std::int64_t>{}(number_); }
 
 bool HostedDownload::canStart() const {
-  return state_ == State::waiting || state_ == State::failed || state_ == State::cancelled;
+  return state_ == SKDownloadState::waiting || state_ == SKDownloadState::failed ||
+         state_ == SKDownloadState::cancelled;
 }
 
 void HostedDownload::start(Foundation::Date now, fs::path into, Failure failure) {
-  end(State::active, std::nullopt);
+  end(SKDownloadState::active, std::nullopt);
   copied_ = 0;
   into_ = std::move(into);
   orderedFailure_ = std::move(failure);
@@ -72,21 +73,21 @@ void HostedDownload::start(Foundation::Date now, fs::path into, Failure failure)
 
 bool HostedDownload::pause() {
   if (!isActive()) return false;
-  state_ = State::paused;
+  state_ = SKDownloadState::paused;
   secondsLeft_.reset();
   return true;
 }
 
 bool HostedDownload::resume(Foundation::Date now) {
-  if (state_ != State::paused) return false;
-  state_ = State::active;
+  if (state_ != SKDownloadState::paused) return false;
+  state_ = SKDownloadState::active;
   changePace(now);
   return true;
 }
 
 bool HostedDownload::cancel() {
   if (!canCancel(state_)) return false;
-  end(State::cancelled, std::nullopt);
+  end(SKDownloadState::cancelled, std::nullopt);
   return true;
 }
 
@@ -97,7 +98,7 @@ bool HostedDownload::advance(Foundation::Date now, int speed) {
   if (!failure) failure = speed > 0 ? copyUntil(pace_.due(now, speed)) : copyPiece();
   if (!failure && orderedFailure_ && copied_ >= failsAt()) failure = orderedFailure_;
   if (!failure && copy_->isWhole()) failure = arrive();
-  if (failure) end(State::failed, std::move(failure));
+  if (failure) end(SKDownloadState::failed, std::move(failure));
   if (isActive()) estimate(now, speed);
   return !isActive() || copied_ != before;
 }
@@ -129,7 +130,7 @@ HostedDownload::Failure HostedDownload::copyUntil(std::int64_t end) {
 HostedDownload::Failure HostedDownload::arrive() {
   auto arrival = copy_->arrive();
   if (arrival.error) return arrival.error;
-  end(State::finished, std::nullopt);
+  end(SKDownloadState::finished, std::nullopt);
   arrived_ = std::move(arrival.folder);
   return std::nullopt;
 }
@@ -139,21 +140,21 @@ bool HostedDownload::discard() {
   if (const auto folder = std::exchange(arrived_, {}); !folder.empty()) {
     fs::remove_all(folder, ignored);
   }
-  return state_ != State::waiting && cancel();
+  return state_ != SKDownloadState::waiting && cancel();
 }
 
 void HostedDownload::interrupt() {
   if (!canCancel(state_)) return;
-  end(State::waiting, std::nullopt);
+  end(SKDownloadState::waiting, std::nullopt);
   copied_ = 0;
 }
 
-void HostedDownload::end(State state, Failure error) {
+void HostedDownload::end(SKDownloadState state, Failure error) {
   state_ = state;
   error_ = std::move(error);
   orderedFailure_.reset();
   secondsLeft_.reset();
-  if (state == State::finished) secondsLeft_ = 0;
+  if (state == SKDownloadState::finished) secondsLeft_ = 0;
   copy_.reset();
 }
 

@@ -22,7 +22,7 @@ using Foundation::detail::SqliteStatements;
 using Foundation::detail::SqliteTransaction;
 
 // The header of a SQLite file, by its published format: numbers are big-endian.
-constexpr std::size_t kHeaderSize = 100;
+constexpr std::size_t kFileHeaderSize = 100;
 constexpr std::size_t kPageSizeAt = 16;
 constexpr std::size_t kPageCountAt = 28;
 constexpr std::size_t kUserVersionAt = 60;
@@ -90,14 +90,14 @@ constexpr const char* kPageSize = "PRAGMA page_size = 1024";
                    std::to_string(kLedgerVersion));
 }
 
-using Header = std::array<unsigned char, kHeaderSize>;
+using Header = std::array<unsigned char, kFileHeaderSize>;
 
-std::uint32_t number(const Header& header, std::size_t at) {
+std::uint32_t numberAt(const Header& header, std::size_t at) {
   return std::uint32_t{header[at]} << 24U | std::uint32_t{header[at + 1]} << 16U |
          std::uint32_t{header[at + 2]} << 8U | std::uint32_t{header[at + 3]};
 }
 
-std::uint64_t pageSize(const Header& header) {
+std::uint64_t pageSizeOf(const Header& header) {
   const auto size = std::uint64_t{header[kPageSizeAt]} << 8U | header[kPageSizeAt + 1];
   return size == 1 ? 65536 : size;
 }
@@ -109,19 +109,19 @@ std::optional<Header> readHeader(const std::string& path) {
   if (!std::filesystem::exists(status)) return std::nullopt;
   if (!std::filesystem::is_regular_file(status)) refuse(path, "is not a file");
   if (::access(path.c_str(), R_OK) != 0) refuse(path, std::strerror(errno));
-  const auto bytes = Foundation::detail::firstBytes(path, kHeaderSize);
+  const auto bytes = Foundation::detail::firstBytes(path, kFileHeaderSize);
   if (bytes.empty()) return std::nullopt;
-  if (bytes.size() < kHeaderSize) refuse(path, "is not a ledger");
+  if (bytes.size() < kFileHeaderSize) refuse(path, "is not a ledger");
   Header header{};
-  std::memcpy(header.data(), bytes.data(), kHeaderSize);
+  std::memcpy(header.data(), bytes.data(), kFileHeaderSize);
   return header;
 }
 
 void check(const std::string& path, const Header& header) {
   const bool ours = std::memcmp(header.data(), kMagic, sizeof kMagic) == 0 &&
-                    number(header, kApplicationIdAt) == kLedgerApplicationId;
+                    numberAt(header, kApplicationIdAt) == kLedgerApplicationId;
   if (!ours) refuse(path, "is not a ledger");
-  const auto version = number(header, kUserVersionAt);
+  const auto version = numberAt(header, kUserVersionAt);
   if (version > kLedgerVersion) refuseVersion(path, version);
 }
 
@@ -137,7 +137,7 @@ void checkWhole(const std::string& path) {
   if (hasLog(path)) return;
   const auto header = readHeader(path);  // once more: a writer may just have ended
   if (!header) return;
-  const auto expected = pageSize(*header) * number(*header, kPageCountAt);
+  const auto expected = pageSizeOf(*header) * numberAt(*header, kPageCountAt);
   const auto size = std::filesystem::file_size(path);
   if (size < expected) {
     refuse(path, "was cut short: it has " + std::to_string(size) + " of " +

@@ -15,7 +15,7 @@ using Foundation::detail::SqliteStatements;
 using Foundation::detail::SqliteTransaction;
 
 // Bytes, by SQLite's published format of the log.
-constexpr std::int64_t kHeaderSize = 32;
+constexpr std::int64_t kLogHeaderSize = 32;
 constexpr std::int64_t kFrameHeaderSize = 24;
 
 // Bytes. A purchase takes about ten thousand.
@@ -83,7 +83,7 @@ void LedgerLog::promise(Ledger::Durability durability) {
 // disk is longer after that, for the file's time is written as well.
 void LedgerLog::makeRoom() {
   static constexpr std::array<char, 64 << 10> kZeros{};
-  const auto enough = kHeaderSize + frames_ * frameSize_ + kLittleRoom;
+  const auto enough = kLogHeaderSize + frames_ * frameSize_ + kLittleRoom;
   if (size_ >= enough) return;
   auto* const file = logFile(statements_.database().handle());
   if (file == nullptr || file->pMethods->xFileSize(file, &size_) != SQLITE_OK) return;
