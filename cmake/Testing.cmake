@@ -22,7 +22,7 @@ function(tqstorekit_tests name)
   endif()
   target_precompile_headers(${name} REUSE_FROM tqstorekit_test_headers)
   gtest_discover_tests(${name}
-    DISCOVERY_TIMEOUT 60
+    DISCOVERY_TIMEOUT 60 NO_PRETTY_VALUES
     PROPERTIES TIMEOUT 120 ENVIRONMENT TQSTORE_LEDGER=:memory:
       ENVIRONMENT_MODIFICATION TSAN_OPTIONS=path_list_prepend:suppressions=${PROJECT_SOURCE_DIR}/tests/thread-sanitizer.supp
       ${labels})
