@@ -1,6 +1,7 @@
 #include "tools/tqstore/CheckCommand.hpp"
 
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "tools/tqstore/Json.hpp"

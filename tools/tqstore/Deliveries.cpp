@@ -1,5 +1,7 @@
 #include "tools/tqstore/Deliveries.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include "TQStoreKitLib/TQStoreKitLib.hpp"
 #include "tools/tqstore/Console.hpp"
 #include "tools/tqstore/StoreOpening.hpp"

@@ -1,6 +1,7 @@
 #include "tools/tqstore/DownloadFileCommand.hpp"
 
 #include <sys/stat.h>
+#include <nlohmann/json.hpp>
 
 #include <filesystem>
 #include <memory>

@@ -1,5 +1,7 @@
 #include "tools/tqstore/Json.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include "TQStoreKitLib/products/ProductPricing.hpp"
 #include "tools/tqstore/Console.hpp"
 

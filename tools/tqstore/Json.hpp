@@ -1,6 +1,6 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 #include "platform/embedded/store/Catalogue.hpp"
@@ -8,6 +8,7 @@
 namespace tqstore {
 
 /// JSON objects keep their fields in the order in which they are written here.
+/// Who makes one includes <nlohmann/json.hpp>.
 using Json = nlohmann::ordered_json;
 
 /// JSON on one line. Text that is not UTF-8 is replaced, never an error.

@@ -1,6 +1,7 @@
 #include "tools/tqstore/ProductsCommand.hpp"
 
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 #include <string>

@@ -1,5 +1,7 @@
 #include "tools/tqstore/PurchaseEvents.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include "TQStoreKitLib/manager/TQStoreKitEvent.hpp"
 #include "tools/tqstore/Console.hpp"
 #include "tools/tqstore/Json.hpp"

@@ -1,5 +1,6 @@
 #include "tools/tqstore/PurchaseResult.hpp"
 
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "tools/tqstore/StoreOpening.hpp"

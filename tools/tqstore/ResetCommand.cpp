@@ -1,6 +1,7 @@
 #include "tools/tqstore/ResetCommand.hpp"
 
 #include <unistd.h>
+#include <nlohmann/json.hpp>
 
 #include <cstdio>
 #include <iostream>

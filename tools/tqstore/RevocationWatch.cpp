@@ -1,5 +1,7 @@
 #include "tools/tqstore/RevocationWatch.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include "platform/StoreKit/SKPaymentQueue.hpp"
 #include "tools/tqstore/Console.hpp"
 #include "tools/tqstore/Json.hpp"

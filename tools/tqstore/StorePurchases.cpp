@@ -1,5 +1,7 @@
 #include "tools/tqstore/StorePurchases.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include "TQStoreKitLib/TQStoreKitLib.hpp"
 #include "tools/tqstore/Console.hpp"
 #include "tools/tqstore/Json.hpp"

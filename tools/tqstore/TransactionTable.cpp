@@ -1,6 +1,7 @@
 #include "tools/tqstore/TransactionTable.hpp"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 

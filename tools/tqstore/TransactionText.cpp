@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cstdint>
+#include <nlohmann/json.hpp>
 #include <system_error>
 
 #include "TQStoreKitLib/transactions/TransactionDescriptions.hpp"
