@@ -146,22 +146,53 @@ TEST_F(EventsCommand, TellsAPersonOfARefund) {
   EXPECT_THAT(events.line(), testing::HasSubstr("  #1  1 x gems  purchased, refunded  2000000001"));
 }
 
-TEST_F(EventsCommand, MakesNoLedgerWhereThereIsNone) {
-  const auto nowhere = folder_.file("other.ledger");
+// Standard error and output are one, so that a test can wait for what is said.
+class EventsWithoutLedger : public tests::ToolOnLedger {
+ protected:
+  RunningTool events(const std::string& ledger) const {
+    return {"/bin/sh",
+            {"-c", R"(exec "$0" --config "$1" --ledger "$2" --json events 2>&1)", TQSTORE_PROGRAM,
+             shop_.path(), ledger}};
+  }
+  static std::string waiting(const std::string& ledger) {
+    return "tqstore: " + ledger +
+           ": there is no ledger yet; waiting for a program that opens the store";
+  }
+};
 
-  const auto run = runTool({"--ledger", nowhere, "events"});
+TEST_F(EventsWithoutLedger, WaitForOneAndShowAllThatHappensInIt) {
+  auto tool = events(ledger_);
+  EXPECT_EQ(tool.line(), waiting(ledger_));
 
-  EXPECT_EQ(run.exitStatus, 2);
-  EXPECT_EQ(run.errors,
-            "tqstore: " + nowhere + ": there is no ledger; the store makes it when it is opened\n");
-  EXPECT_FALSE(std::filesystem::exists(nowhere));
+  run({"storefront-buy", "gems"});
+
+  EXPECT_EQ(tool.line(), std::string(TransactionLine{"1", "gems", "purchasing", false, "", true}));
 }
 
-TEST_F(EventsCommand, MakesNoLedgerOfAnEmptyFile) {
-  const TemporaryFile empty("");
+TEST_F(EventsWithoutLedger, MakeNoneAndEndWellWhenToldTo) {
+  auto tool = events(ledger_);
+  tool.line();
 
-  EXPECT_EQ(runTool({"--ledger", empty.path(), "events"}).exitStatus, 2);
+  EXPECT_EQ(tool.end(SIGTERM), 0);
+
+  EXPECT_FALSE(std::filesystem::exists(ledger_));
+}
+
+TEST_F(EventsWithoutLedger, WaitWhereAnEmptyFileIs) {
+  const TemporaryFile empty("");
+  auto tool = events(empty.path());
+  EXPECT_EQ(tool.line(), waiting(empty.path()));
+
+  EXPECT_EQ(tool.end(SIGINT), 0);
+
   EXPECT_EQ(tests::bytesOf(empty.path()), "");
+}
+
+TEST_F(EventsWithoutLedger, DoNotWaitForWhatIsNoLedger) {
+  const auto run = runTool({"--ledger", shop_.path(), "events"});
+
+  EXPECT_EQ(run.exitStatus, 2);
+  EXPECT_THAT(run.errors, testing::HasSubstr("is not a ledger"));
 }
 
 TEST_F(EventsCommand, ALedgerInMemoryIsWrongUsage) {

@@ -1,5 +1,6 @@
 #include "tools/tqstore/EventsCommand.hpp"
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -10,6 +11,7 @@
 #include "platform/Dispatch/MainQueue.hpp"
 #include "platform/embedded/Dispatch/MainLoop.hpp"
 #include "tools/tqstore/Interruption.hpp"
+#include "tools/tqstore/StoreOpening.hpp"
 #include "tools/tqstore/TransactionText.hpp"
 
 namespace tqstore {
@@ -31,8 +33,9 @@ std::string entryText(const LedgerEntry& entry) {
 // Main thread.
 class EventStream {
  public:
-  EventStream(StoreKit::Ledger& ledger, bool json)
-      : ledger_(ledger), json_(json), revision_(ledger.revision()) {}
+  /// Shows what changes after `revision`.
+  EventStream(StoreKit::Ledger& ledger, std::int64_t revision, bool json)
+      : ledger_(ledger), json_(json), revision_(revision) {}
 
   void showUnfinished() {
     for (const auto& entry : ledger_.unfinished()) show(entry, entry.cancelDate.has_value());
@@ -71,12 +74,30 @@ class EventStream {
   std::map<std::int64_t, std::string> shown_;  // of each transaction, what was shown last
 };
 
-ExitStatus follow(StoreKit::Ledger& ledger, const GlobalOptions& options, bool unfinishedFirst) {
-  EventStream stream(ledger, options.json);
+// False when it is told to end before.
+bool waitForLedger(const std::string& path, const Interruption& interruption) {
+  complain(printable(path) +
+           ": there is no ledger yet; waiting for a program that opens the store");
+  while (!hasLedger(path)) {
+    Dispatch::MainLoop::runFor(std::chrono::milliseconds(25));
+    if (interruption.hasCome()) return false;
+  }
+  return true;
+}
+
+ExitStatus follow(const GlobalOptions& options, bool unfinishedFirst) {
+  const auto path = ledgerFile(options);
+  if (!path) return kUsage;
   const Interruption interruption;
+  const bool isThere = hasLedger(*path);
+  if (!isThere && !waitForLedger(*path, interruption)) return kDone;
+  const auto ledger = openLedger(*path);
+  if (!ledger) return kUsage;
+  EventStream stream(*ledger, isThere ? ledger->revision() : 0, options.json);
   if (unfinishedFirst) stream.showUnfinished();
   if (!options.json) complain("watching the ledger; Ctrl-C ends this");
-  ledger.watch([&stream] { Dispatch::mainQueue().async([&stream] { stream.look(); }); });
+  if (!isThere) stream.look();
+  ledger->watch([&stream] { Dispatch::mainQueue().async([&stream] { stream.look(); }); });
   Dispatch::MainLoop::run();
   return kDone;
 }
@@ -91,9 +112,10 @@ Manual manual() {
           "transaction that follow each other faster are shown as one, the last; a change of which "
           "nothing can be seen is not shown.\n"
           "\n"
-          "It only reads: nothing is delivered, finished or carried on. There must be a ledger "
-          "already, and one that can be written to, as every program that has it open keeps a "
-          "lock in it.\n"
+          "It only reads: nothing is delivered, finished or carried on. Where no ledger is yet, "
+          "it waits for the program that makes it. The ledger must be one that can be written to, "
+          "as "
+          "every program that has it open keeps a lock in it.\n"
           "\n"
           "With --json a line is the transaction as it is now; {\"event\": \"refunded\", "
           "\"identifier\": ...} when it was refunded, which its members do not tell; or "
@@ -108,10 +130,9 @@ Manual manual() {
 
 void addEvents(CommandLine& line) {
   const auto unfinishedFirst = std::make_shared<bool>(false);
-  auto command = line.addOnLedger("events", manual(),
-                                  [unfinishedFirst, &options = line.options()](auto& ledger) {
-                                    return follow(ledger, options, *unfinishedFirst);
-                                  });
+  auto command = line.addOnLedger("events", manual(), [unfinishedFirst, &options = line.options()] {
+    return follow(options, *unfinishedFirst);
+  });
   command.addFlag("--unfinished", *unfinishedFirst,
                   "Begin with the transactions that are not finished");
 }

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <system_error>
@@ -29,16 +28,6 @@ void noteSignal(int /*signal*/) {
   errno = saved;
 }
 
-// Ends when the other end is closed.
-void stopLoopOnByte(int end) {
-  char byte = 0;
-  while (true) {
-    const auto count = ::read(end, &byte, 1);
-    if (count == 0 || (count < 0 && errno != EINTR)) return;
-    if (count > 0) Dispatch::MainLoop::stop();
-  }
-}
-
 }  // namespace
 
 Interruption::Interruption() {
@@ -46,12 +35,24 @@ Interruption::Interruption() {
   for (const int end : ends_) ::fcntl(end, F_SETFD, FD_CLOEXEC);
   ::fcntl(ends_[1], F_SETFL, O_NONBLOCK);
   signalEnd = ends_[1];
-  thread_ = std::thread(stopLoopOnByte, ends_[0]);
+  thread_ = std::thread([this] { waitForByte(); });
   struct sigaction action{};
   action.sa_handler = noteSignal;
   action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
   for (std::size_t i = 0; i < kSignals.size(); ++i) {
     ::sigaction(kSignals[i], &action, &before_[i]);
+  }
+}
+
+// Ends when the other end of the pipe is closed.
+void Interruption::waitForByte() {
+  char byte = 0;
+  while (true) {
+    const auto count = ::read(ends_[0], &byte, 1);
+    if (count == 0 || (count < 0 && errno != EINTR)) return;
+    if (count < 0) continue;
+    hasCome_ = true;
+    Dispatch::MainLoop::stop();
   }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <thread>
 
 #include <csignal>
@@ -18,9 +19,15 @@ class Interruption {
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
 
+  /// Thread: any.
+  [[nodiscard]] bool hasCome() const { return hasCome_; }
+
  private:
+  void waitForByte();
+
   std::array<int, 2> ends_ = {-1, -1};
   std::array<struct sigaction, 2> before_{};
+  std::atomic<bool> hasCome_ = false;
   std::thread thread_;
 };
 

@@ -1,7 +1,6 @@
 #include "tools/tqstore/StoreOpening.hpp"
 
 #include <filesystem>
-#include <string>
 #include <utility>
 
 #include "platform/embedded/store/ledger/LedgerPlace.hpp"
@@ -32,43 +31,36 @@ std::string ledgerPath(const GlobalOptions& options) {
   return options.ledger.empty() ? StoreKit::ledgerPathFor(options.config) : options.ledger;
 }
 
-std::unique_ptr<StoreKit::Ledger> openAt(const std::string& path) {
-  auto opening = StoreKit::SqliteLedger::open(path);
-  if (!opening.ledger) complain(printable(opening.error));
-  return std::move(opening.ledger);
-}
-
-// An empty file is one that a ledger is made of.
-bool isMissing(const std::string& path) {
-  std::error_code error;
-  const bool there = std::filesystem::exists(path, error);
-  const bool file = there && std::filesystem::is_regular_file(path, error);
-  return !there || (file && std::filesystem::file_size(path, error) == 0);
-}
-
 }  // namespace
 
 std::unique_ptr<StoreKit::StoreSession> openStore(const GlobalOptions& options) {
   auto configuration = readNamed(options);
   if (!configuration) return nullptr;
-  auto opened = openAt(ledgerPath(options));
+  auto opened = openLedger(ledgerPath(options));
   if (!opened) return nullptr;
   return std::make_unique<StoreKit::StoreSession>(std::move(*configuration),
                                                   StoreKit::StoreSources(), std::move(opened));
 }
 
-std::unique_ptr<StoreKit::Ledger> openLedger(const GlobalOptions& options) {
-  if (options.ledger.empty() && !readNamed(options)) return nullptr;
-  const auto path = ledgerPath(options);
-  if (path == ":memory:") {
-    complain("a ledger in memory is this program's own: nothing will ever happen in it");
-    return nullptr;
-  }
-  if (isMissing(path)) {
-    complain(printable(path) + ": there is no ledger; the store makes it when it is opened");
-    return nullptr;
-  }
-  return openAt(path);
+std::optional<std::string> ledgerFile(const GlobalOptions& options) {
+  if (options.ledger.empty() && !readNamed(options)) return std::nullopt;
+  auto path = ledgerPath(options);
+  if (path != ":memory:") return path;
+  complain("a ledger in memory is this program's own: nothing will ever happen in it");
+  return std::nullopt;
+}
+
+bool hasLedger(const std::string& path) {
+  std::error_code error;
+  const auto kind = std::filesystem::status(path, error).type();
+  if (kind == std::filesystem::file_type::not_found) return false;
+  return kind != std::filesystem::file_type::regular || std::filesystem::file_size(path, error) > 0;
+}
+
+std::unique_ptr<StoreKit::Ledger> openLedger(const std::string& path) {
+  auto opening = StoreKit::SqliteLedger::open(path);
+  if (!opening.ledger) complain(printable(opening.error));
+  return std::move(opening.ledger);
 }
 
 StoreKit::Ledger& ledger() { return StoreKit::EmbeddedStore::current().ledger(); }

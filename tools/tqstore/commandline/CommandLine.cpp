@@ -60,15 +60,9 @@ CommandOptions CommandLine::add(const std::string& name, Manual manual, RunOnSto
               .run = std::move(runOpened)});
 }
 
-CommandOptions CommandLine::addOnLedger(const std::string& name, Manual manual, RunOnLedger run) {
-  auto runOpened = [this, run = std::move(run)] {
-    const auto ledger = openLedger(options_);
-    return ledger ? run(*ledger) : kUsage;
-  };
-  return add({.name = name,
-              .manual = std::move(manual),
-              .opensLedger = true,
-              .run = std::move(runOpened)});
+CommandOptions CommandLine::addOnLedger(const std::string& name, Manual manual, Run run) {
+  return add(
+      {.name = name, .manual = std::move(manual), .opensLedger = true, .run = std::move(run)});
 }
 
 CommandOptions CommandLine::addWithoutStore(const std::string& name, Manual manual, Run run) {

@@ -29,7 +29,6 @@ class CommandLine {
  public:
   using Run = std::function<ExitStatus()>;
   using RunOnStore = std::function<ExitStatus(StoreKit::StoreSession&)>;
-  using RunOnLedger = std::function<ExitStatus(StoreKit::Ledger&)>;
 
   struct Command {
     std::string name{};
@@ -49,9 +48,8 @@ class CommandLine {
   /// why and ends with `kUsage`.
   CommandOptions add(const std::string& name, Manual manual, RunOnStore run);
 
-  /// Adds a command that only reads the ledger: no store is opened on it, and nothing is carried on
-  /// or taken over from a dead program. With --ledger it may be used without a configuration.
-  CommandOptions addOnLedger(const std::string& name, Manual manual, RunOnLedger run);
+  /// Adds a command that opens the ledger itself, and no store on it.
+  CommandOptions addOnLedger(const std::string& name, Manual manual, Run run);
 
   /// Adds a command that opens no store, and may be used without a configuration.
   CommandOptions addWithoutStore(const std::string& name, Manual manual, Run run);
