@@ -150,6 +150,16 @@ TEST_F(Finish, ThatDidNotHappenBeforeTheRelaunchIsForgotten) {
   EXPECT_THAT(observer.journal(), ElementsAre("updated: gems purchased"));
 }
 
+TEST_F(Finish, AfterOneThatARelaunchForgotHappens) {
+  shop.buy("crown");
+  finish(shop.buy("gems"));
+  shop.session.relaunch();
+  (void)turnUntilIdle();
+  finish(OpenShop::queue().transactions().front());
+  (void)turnUntilIdle();
+  EXPECT_EQ(tests::describe(OpenShop::queue().transactions()), "gems purchased");
+}
+
 TEST_F(Finish, WithTheTransactionOfARunBeforeTheRelaunchCounts) {
   const auto earlier = shop.buy("gems");
   shop.session.relaunch();

@@ -86,6 +86,17 @@ TEST_F(ReentrantOrder, RelaunchInsideARestoreForgetsTheRestoresBehindIt) {
   EXPECT_THAT(observer.journal(), ElementsAre("updated: crown restored"));
 }
 
+TEST_F(ReentrantOrder, RestoreAfterARelaunchInsideARestoreReplaysAndEnds) {
+  shop.own("crown");
+  once(SKPaymentTransactionState::restored, [this] { shop.session.relaunch(); });
+  OpenShop::queue().restoreCompletedTransactions(std::nullopt);
+  (void)turnUntilIdle();
+  observer.forget();
+  OpenShop::queue().restoreCompletedTransactions(std::nullopt);
+  (void)turnUntilIdle();
+  EXPECT_THAT(observer.journal(), ElementsAre("updated: crown restored", "restore finished"));
+}
+
 TEST_F(ReentrantOrder, AnotherStoreOpenedInsideACallbackForgetsWhatWasUnderWay) {
   once(SKPaymentTransactionState::purchasing, [] { (void)StoreSession(tests::shop()); });
   shop.add("gems");

@@ -92,6 +92,19 @@ TEST_F(Refund, IsToldAfterTheBacklog) {
   EXPECT_THAT(heardAtStart(), ElementsAre("updated: gems purchased", "revoked: crown"));
 }
 
+TEST_F(Refund, IsToldAfterTheBacklogOfARunThatBeginsInsideOne) {
+  shop.own("crown");
+  shop.buy("gems");
+  goAway();
+  (void)refund(1);
+  observer.onUpdated = [this](const auto&) {
+    observer.onUpdated = nullptr;
+    shop.session.relaunch();
+  };
+  EXPECT_THAT(heardAtStart(),
+              ElementsAre("updated: gems purchased", "updated: gems purchased", "revoked: crown"));
+}
+
 TEST_F(Refund, IsNotToldAgainWhenItsTransactionIsFinishedLater) {
   const auto gems = shop.buy("gems");
   (void)refund(1);
