@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -125,6 +126,19 @@ void check(const std::string& path, const Header& header) {
   if (version > kLedgerVersion) refuseVersion(path, version);
 }
 
+// Without its first page, which says what it is, a power cut leaves a file that was being made; its
+// journal then takes back all of it. By SQLite's published format, a journal tells how many pages
+// there were before: none.
+bool wasBeingMade(const std::string& path, const Header& header) {
+  constexpr std::size_t kPagesBeforeAt = 16;
+  const bool isEmpty =
+      std::all_of(header.begin(), header.end(), [](auto each) { return each == 0; });
+  std::error_code error;
+  if (!isEmpty || !std::filesystem::exists(path + "-journal", error)) return false;
+  const auto journal = readHeader(path + "-journal");
+  return journal && numberAt(*journal, kPagesBeforeAt) == 0;
+}
+
 // A log or a journal beside the file may hold what the file has not got yet: somebody is writing,
 // or was killed doing so.
 bool hasLog(const std::string& path) {
@@ -193,7 +207,8 @@ std::unique_ptr<SqliteDatabase> openLedgerFile(const std::string& path) {
   if (path.empty()) refuse("ledger", "has no name");
   const bool inMemory = path == ":memory:";
   if (!inMemory) {
-    if (const auto header = readHeader(path)) {
+    const auto header = readHeader(path);
+    if (header && !wasBeingMade(path, *header)) {
       check(path, *header);
       checkWhole(path);
     }
