@@ -12,10 +12,24 @@ using Outcome = std::optional<Foundation::NSError>;
 
 FileManager& files() { return FileManager::defaultManager(); }
 
+URL besides(const URL& temporaryURL) {
+  return temporaryURL.deletingLastPathComponent().appendingPathComponent(
+      temporaryURL.lastPathComponent() + ".kept");
+}
+
+// One file has many paths: by "//", "..", links. Its own is gone with it while it is moved aside.
+bool isTheSame(const URL& temporaryURL, const URL& url) {
+  if (url.path() == temporaryURL.path()) return true;
+  const auto aside = besides(temporaryURL);
+  if (files().moveItem(temporaryURL, aside)) return false;
+  const bool isGone = !files().fileExists(url.path());
+  (void)files().moveItem(aside, temporaryURL);
+  return isGone;
+}
+
 // Puts a copy into the place of the temporary file, which alone is the session's to remove.
 Outcome keepInPlace(const URL& temporaryURL) {
-  const auto copy = temporaryURL.deletingLastPathComponent().appendingPathComponent(
-      temporaryURL.lastPathComponent() + ".kept");
+  const auto copy = besides(temporaryURL);
   if (auto error = files().copyItem(temporaryURL, copy)) return error;
   auto error = files().removeItem(temporaryURL);
   if (!error) error = files().moveItem(copy, temporaryURL);
@@ -28,8 +42,8 @@ Outcome keepInPlace(const URL& temporaryURL) {
 Outcome moveDownload(const URL& temporaryURL, const TQRequest::Destination& destination) {
   const auto& [url, options] = destination;
   if (options.contains(TQDownloadOptions::removePreviousFile())) {
-    if (url.path() == temporaryURL.path()) return keepInPlace(temporaryURL);
     if (files().kind(url.path()) == FileManager::Kind::file) {
+      if (isTheSame(temporaryURL, url)) return keepInPlace(temporaryURL);
       if (auto error = files().removeItem(url)) return error;
     }
   }

@@ -90,6 +90,17 @@ TEST_F(BuyCommand, AQuantityThatTheStoreDoesNotSellFails) {
   }
 }
 
+TEST_F(BuyCommand, AQuantityThatIsNoWholeNumberIsWrongUsage) {
+  for (const std::string quantity : {"", "0x3", "1e1", "2.0", " 3"}) {
+    const auto run = buy({"gems", "--quantity", quantity});
+    EXPECT_EQ(run.exitStatus, 2);
+    EXPECT_THAT(run.errors, testing::StartsWith("tqstore: --quantity: \"" + quantity +
+                                                "\" is no whole number\n"));
+  }
+  EXPECT_THAT(buy({"gems", "--quantity", "99999999999999999999"}).errors,
+              testing::HasSubstr("\"99999999999999999999\" is out of range\n"));
+}
+
 TEST_F(BuyCommand, TheLibrarysOwnLinesGoToStandardErrorBesideJson) {
   EXPECT_EQ(buy({"gems"}).errors,
             "TQStoreKit.completeTransactions() should be called once when the app launches.\n");
@@ -138,12 +149,13 @@ TEST_F(BuyOnALedger, AnOlderDeferredPurchaseOfTheProductIsNotItsResult) {
   EXPECT_EQ(run({"buy", "gems", "--ask-to-buy"}).json().back()["identifier"], "3");
 }
 
-TEST_F(BuyOnALedger, LeavesWhatIsTheApplicationsToTheApplication) {
+TEST_F(BuyOnALedger, LeavesWhatIsTheApplicationsToTheApplicationAsProductsDoes) {
   run({"buy", "levels"});
   run({"refund", "1"});
   run({"storefront-buy", "levels"});
 
   EXPECT_EQ(run({"buy", "gems"}).lines().size(), 3U);
+  EXPECT_EQ(run({"products", "gems"}).lines().size(), 1U);
 
   EXPECT_THAT(
       lines({"launch"}),

@@ -19,7 +19,10 @@ namespace fs = std::filesystem;
 
 class DownloadFileCommand : public testing::Test {
  protected:
-  DownloadFileCommand() { fs::current_path(folder.path()); }
+  DownloadFileCommand() {
+    fs::current_path(folder.path());
+    server.answer("/", [](tests::Exchange& exchange) { exchange.respond(200, "home"); });
+  }
 
   ToolRun download(const std::string& path, std::vector<std::string> more = {}) const {
     more.insert(more.begin(), {"download-file", server.url(path)});
@@ -66,6 +69,19 @@ TEST_F(DownloadFileCommand, PutsItWhereADestinationSays) {
   (void)download("/file/a", {"new/name"});
 
   EXPECT_EQ(bytesOf("new/name"), "0123456789");
+}
+
+TEST_F(DownloadFileCommand, FindsANameWhereTheAddressHasNone) {
+  for (const std::string destination : {"", "new/", "new/one"}) {
+    SCOPED_TRACE(destination);
+    const auto run = download("/?a=b", {destination, "--replace"});
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(run.exitStatus, 0);
+  }
+
+  EXPECT_EQ(bytesOf("download"), "home");
+  EXPECT_EQ(bytesOf("new/download"), "home");
+  EXPECT_EQ(bytesOf("new/one"), "home");
 }
 
 TEST_F(DownloadFileCommand, LeavesAFileThatIsThere) {

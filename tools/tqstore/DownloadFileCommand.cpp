@@ -47,17 +47,21 @@ struct Place {
 Place placeFor(const std::string& destination) {
   const auto path = (fs::current_path() / destination).lexically_normal();
   std::error_code none;
-  if (path.filename().empty() || fs::is_directory(path, none)) return {path, ""};
+  if (path.filename().empty()) return {path.parent_path(), ""};
+  if (fs::is_directory(path, none)) return {path, ""};
   return {path.parent_path(), path.filename()};
+}
+
+// Where the address names no file, the library's choice is the temporary file's name.
+std::string chosenName(const URL& temporaryURL, const Foundation::URLResponse& response) {
+  auto name =
+      TQRequest::defaultDestination(temporaryURL, response).destinationURL.lastPathComponent();
+  return name == temporaryURL.lastPathComponent() ? "download" : name;
 }
 
 TQNetworking::DestinationChoice choice(const Place& place, bool replace) {
   return [place, replace](const URL& temporaryURL, const Foundation::URLResponse& response) {
-    auto name = place.name;
-    if (name.empty()) {
-      name =
-          TQRequest::defaultDestination(temporaryURL, response).destinationURL.lastPathComponent();
-    }
+    const auto name = place.name.empty() ? chosenName(temporaryURL, response) : place.name;
     TQDownloadOptions options{TQDownloadOptions::createIntermediateDirectories()};
     if (replace) options.insert(TQDownloadOptions::removePreviousFile());
     return TQRequest::Destination{URL::fileURLWithPath((place.folder / name).string()), options};

@@ -65,6 +65,7 @@ void writeUnknown(const std::set<std::string>& identifiers, bool json) {
 
 ExitStatus showProducts(const StoreKit::StoreSession& session, const GlobalOptions& options,
                         const std::vector<std::string>& identifiers) {
+  StoreKit::StoreSession::setIsForApplication(false);
   TQProductIdentifiers wanted(identifiers.begin(), identifiers.end());
   if (identifiers.empty()) {
     for (const auto& entry : session.catalogue().entries()) {

@@ -74,8 +74,11 @@ Problem setDownloadSpeed(Settings& settings, const std::string& text) {
   return std::nullopt;
 }
 
+// Of a language that nobody knows it may be, as on the platform.
 Problem setLocale(Settings& settings, const std::string& text) {
-  if (text.empty()) return "is a locale, such as en_US";
+  constexpr const char* kLetters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+  const auto stop = text.find_first_not_of(std::string(kLetters) + "_-@=;");
+  if (text.empty() || stop != text.npos) return "is a locale, such as en_US";
   settings.locale = text;
   return std::nullopt;
 }

@@ -121,6 +121,17 @@ TEST_F(DownloadMover, OntoItselfKeepsTheDownloadAsAnotherFile) {
   EXPECT_EQ(std::distance(begin(items), end(items)), 1);
 }
 
+TEST_F(DownloadMover, OntoItselfByAnotherPathKeepsTheDownload) {
+  fs::create_directory_symlink(folder_.path(), path("link"));
+  for (const std::string name : {"./temporary", "/temporary", "link/temporary"}) {
+    SCOPED_TRACE(name);
+    const auto before = identityOf("temporary");
+    EXPECT_FALSE(moveTo(name, kBoth));
+    EXPECT_EQ(bytesOf(path("temporary")), "new");
+    EXPECT_NE(identityOf("temporary"), before);
+  }
+}
+
 TEST_F(DownloadMover, OntoItselfIsTakenUnlessItMayBeReplaced) {
   const auto error = moveTo("temporary", kCreate);
   ASSERT_TRUE(error);

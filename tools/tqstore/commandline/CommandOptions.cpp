@@ -1,8 +1,32 @@
 #include "tools/tqstore/commandline/CommandOptions.hpp"
 
 #include <CLI/CLI.hpp>
+#include <charconv>
+
+#include "tools/tqstore/Console.hpp"
 
 namespace tqstore {
+
+namespace {
+
+// The parser would take "0x3", round what is too large, and read nothing as 0.
+template <typename Number>
+std::string numberProblem(const std::string& text) {
+  Number number{};
+  const auto* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  if (error == std::errc() && stop == end) return "";
+  const bool tooLarge = error == std::errc::result_out_of_range;
+  return "\"" + printable(text) + "\" is " + (tooLarge ? "out of range" : "no whole number");
+}
+
+template <typename Number>
+CommandOption checked(CLI::Option& option) {
+  option.check(CLI::Validator(numberProblem<Number>, ""));
+  return CommandOption(option);
+}
+
+}  // namespace
 
 CommandOption& CommandOption::required() {
   option_->required();
@@ -57,12 +81,12 @@ CommandOption CommandOptions::addOption(const std::string& name, std::vector<std
 
 CommandOption CommandOptions::addOption(const std::string& name, std::int64_t& value,
                                         const std::string& meaning) {
-  return CommandOption(*app_->add_option(name, value, meaning));
+  return checked<std::int64_t>(*app_->add_option(name, value, meaning));
 }
 
 CommandOption CommandOptions::addOption(const std::string& name, std::optional<int>& value,
                                         const std::string& meaning) {
-  return CommandOption(*app_->add_option(name, value, meaning));
+  return checked<int>(*app_->add_option(name, value, meaning));
 }
 
 CommandOption CommandOptions::addFlag(const std::string& name, bool& value,

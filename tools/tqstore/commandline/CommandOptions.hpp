@@ -40,7 +40,7 @@ class CommandOption {
 /// A positional argument is named after what it is; names that completion knows (`Completion.hpp`)
 /// are completed. An option's name begins with "--", and with "!" when giving it makes `value`
 /// false. What the arguments are read into must live as long as the command line: let the command's
-/// function hold it.
+/// function hold it. Numbers are whole and decimal; others are wrong usage.
 class CommandOptions {
  public:
   explicit CommandOptions(CLI::App& app) : app_(&app) {}

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "platform/Foundation/Print.hpp"
+
 namespace StoreKit {
 
 namespace {
@@ -17,12 +19,18 @@ std::string environment(const char* name) {
   return value == nullptr ? "" : value;
 }
 
+// Empty where it is not named by its full path: it would be another one in each current folder.
+fs::path environmentFolder(const char* name) {
+  fs::path folder = environment(name);
+  return folder.is_absolute() ? folder : fs::path();
+}
+
 fs::path stateFolder() {
-  if (const auto state = environment("XDG_STATE_HOME"); !state.empty()) {
-    return fs::path(state) / "tqstore";
+  if (const auto state = environmentFolder("XDG_STATE_HOME"); !state.empty()) {
+    return state / "tqstore";
   }
-  const auto home = environment("HOME");
-  return home.empty() ? fs::path() : fs::path(home) / ".local" / "state" / "tqstore";
+  const auto home = environmentFolder("HOME");
+  return home.empty() ? fs::path() : home / ".local" / "state" / "tqstore";
 }
 
 // FNV-1a: the same number on every machine and in every run, which std::hash does not promise.
@@ -41,7 +49,12 @@ std::string fingerprint(const std::string& text) {
 std::string ledgerPathFor(const std::string& configurationPath) {
   if (auto named = environment("TQSTORE_LEDGER"); !named.empty()) return named;
   const auto folder = stateFolder();
-  if (folder.empty()) return ":memory:";
+  if (folder.empty()) {
+    Foundation::warn(
+        "Neither HOME nor XDG_STATE_HOME names a folder by its full path: the transactions and "
+        "settings are in memory, and gone with this program.");
+    return ":memory:";
+  }
   std::error_code ignored;
   fs::create_directories(folder, ignored);
   return folder / (pathName(configurationPath) + ".ledger");

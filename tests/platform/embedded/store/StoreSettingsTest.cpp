@@ -60,8 +60,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Value{"failTransactionsEnabled", "true"}, Value{"failureError", "12"},
                     Value{"failureError", "77"}, Value{"interruptedPurchasesEnabled", "true"},
                     Value{"locale", "zh_Hans"}, Value{"locale", "xx_nobody"},
-                    Value{"storefront", "BRA"}, Value{"timeRate", "13"},
-                    Value{"timeRate", "1005"}));
+                    Value{"locale", "de_CH@currency=CHF"}, Value{"storefront", "BRA"},
+                    Value{"timeRate", "13"}, Value{"timeRate", "1005"}));
 
 class BadSetting : public testing::TestWithParam<Value> {};
 
@@ -78,21 +78,20 @@ TEST_P(BadSetting, IsRefusedWithItsNameAndValueAndChangesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(
     Each, BadSetting,
-    testing::Values(Value{"answerDelay", ""}, Value{"answerDelay", "-0.5"},
-                    Value{"answerDelay", "soon"}, Value{"answerDelay", "1s"},
-                    Value{"answerDelay", "1 "}, Value{"answerDelay", "nan"},
-                    Value{"answerDelay", "inf"}, Value{"answerDelay", "1e999"},
-                    Value{"answerDelay", "1,5"}, Value{"askToBuyEnabled", "yes"},
-                    Value{"askToBuyEnabled", "TRUE"}, Value{"askToBuyEnabled", "1"},
-                    Value{"billingGracePeriodEnabled", ""},
-                    Value{"billingRetryOnRenewalEnabled", "true "}, Value{"canMakePayments", "no"},
-                    Value{"disableDialogs", "0"}, Value{"failTransactionsEnabled", "on"},
-                    Value{"failureError", "-1"}, Value{"failureError", "1.5"},
-                    Value{"failureError", "unknown"}, Value{"failureError", "99999999999"},
-                    Value{"failureError", ""}, Value{"interruptedPurchasesEnabled", "maybe"},
-                    Value{"locale", ""}, Value{"storefront", "US"}, Value{"storefront", "bra"},
-                    Value{"storefront", "XYZ"}, Value{"timeRate", "14"}, Value{"timeRate", "fast"},
-                    Value{"timeRate", "-1"}, Value{"timeRate", "1.0"}));
+    testing::Values(
+        Value{"answerDelay", ""}, Value{"answerDelay", "-0.5"}, Value{"answerDelay", "soon"},
+        Value{"answerDelay", "1s"}, Value{"answerDelay", "1 "}, Value{"answerDelay", "nan"},
+        Value{"answerDelay", "inf"}, Value{"answerDelay", "1e999"}, Value{"answerDelay", "1,5"},
+        Value{"askToBuyEnabled", "yes"}, Value{"askToBuyEnabled", "TRUE"},
+        Value{"askToBuyEnabled", "1"}, Value{"billingGracePeriodEnabled", ""},
+        Value{"billingRetryOnRenewalEnabled", "true "}, Value{"canMakePayments", "no"},
+        Value{"disableDialogs", "0"}, Value{"failTransactionsEnabled", "on"},
+        Value{"failureError", "-1"}, Value{"failureError", "1.5"}, Value{"failureError", "unknown"},
+        Value{"failureError", "99999999999"}, Value{"failureError", ""},
+        Value{"interruptedPurchasesEnabled", "maybe"}, Value{"locale", ""}, Value{"locale", "\xFF"},
+        Value{"locale", "de DE"}, Value{"locale", "../en"}, Value{"storefront", "US"},
+        Value{"storefront", "bra"}, Value{"storefront", "XYZ"}, Value{"timeRate", "14"},
+        Value{"timeRate", "fast"}, Value{"timeRate", "-1"}, Value{"timeRate", "1.0"}));
 
 TEST(StoreSettings, WithAnotherNameAreRefused) {
   Settings settings;

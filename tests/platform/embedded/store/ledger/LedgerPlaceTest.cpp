@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "tests/fakes/CapturedError.hpp"
 #include "tests/fakes/TemporaryFolder.hpp"
 
 namespace tests {
@@ -58,7 +59,24 @@ TEST_F(LedgerPlace, EmptyVariablesAreAsGoodAsNone) {
   EXPECT_THAT(ledgerPathFor("/a/shop.storekit"), StartsWith(folder.path() + "/.local/state/"));
 }
 
-TEST_F(LedgerPlace, IsMemoryWithoutAHome) { EXPECT_EQ(ledgerPathFor("/a/b.storekit"), ":memory:"); }
+TEST_F(LedgerPlace, IsMemoryWithoutAHomeAndSaysSo) {
+  CapturedError error;
+
+  EXPECT_EQ(ledgerPathFor("/a/b.storekit"), ":memory:");
+
+  EXPECT_EQ(error.text(),
+            "Neither HOME nor XDG_STATE_HOME names a folder by its full path: the transactions and "
+            "settings are in memory, and gone with this program.\n");
+}
+
+TEST_F(LedgerPlace, IsInNoFolderThatTheCurrentOneWouldChoose) {
+  std::filesystem::current_path(folder.path());
+  set("XDG_STATE_HOME", "state");
+  set("HOME", "home");
+
+  EXPECT_EQ(ledgerPathFor("/a/b.storekit"), ":memory:");
+  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
 
 TEST_F(LedgerPlace, EachConfigurationHasOneOfItsOwn) {
   set("HOME", folder.path());
