@@ -1,6 +1,5 @@
 #include "platform/embedded/store/Catalogue.hpp"
 
-#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -93,15 +92,13 @@ Catalogue::Catalogue(const StoreConfiguration& configuration, const std::string&
          std::make_shared<const SKProduct>(
              std::move(values), std::make_shared<const CatalogueKey>(origin, product.productID)),
          product.subscription ? product.subscription->groupNumber : 1});
+    places_.emplace(entries_.back().product->productIdentifier(), entries_.size() - 1);
   }
 }
 
 const CatalogueEntry* Catalogue::find(std::string_view productIdentifier) const {
-  const auto found =
-      std::find_if(entries_.begin(), entries_.end(), [&](const CatalogueEntry& entry) {
-        return entry.product->productIdentifier() == productIdentifier;
-      });
-  return found == entries_.end() ? nullptr : &*found;
+  const auto found = places_.find(productIdentifier);
+  return found == places_.end() ? nullptr : &entries_[found->second];
 }
 
 }  // namespace StoreKit

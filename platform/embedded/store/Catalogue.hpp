@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/StoreKit/SKProduct.hpp"
@@ -38,6 +40,7 @@ class Catalogue {
 
  private:
   std::vector<CatalogueEntry> entries_;
+  std::unordered_map<std::string_view, std::size_t> places_;  // by texts of the products
 };
 
 }  // namespace StoreKit
