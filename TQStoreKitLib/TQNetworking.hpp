@@ -1,6 +1,7 @@
 #pragma once
 
-/// The HTTP client in one include. The manual is in TQNetworking/TQNetworking.hpp.
+/// The HTTP client in one include. The manual is in TQNetworking/TQNetworking.hpp. To hop to the
+/// main queue from a completion, include platform/Dispatch/MainQueue.hpp.
 
 #include "TQStoreKitLib/TQNetworking/TQHttpHeaders.hpp"
 #include "TQStoreKitLib/TQNetworking/TQNetworking.hpp"

@@ -15,8 +15,8 @@ namespace TQStoreKitLib::detail {
 ///
 /// A folder in the destination's place is never removed, whatever the options: a server's choice of
 /// a name must not cost a tree. The move then fails, since the place is taken. When the destination
-/// is the temporary file itself, by whichever path, `removePreviousFile` doesn't remove what was downloaded: the file
-/// stays where it is, no longer temporary.
+/// is the temporary file itself, by whichever path, `removePreviousFile` doesn't remove what was
+/// downloaded: the file stays where it is, no longer temporary.
 [[nodiscard]] std::optional<Foundation::NSError> moveDownload(
     const Foundation::URL& temporaryURL, const TQRequest::Destination& destination);
 

@@ -23,7 +23,9 @@ namespace TQStoreKitLib {
 ///     networking.requestDecodable<Scores>(
 ///         std::nullopt, TQHttpMethod::post, Foundation::JSONValue::Map{{"level", 3}},
 ///         TQNetworking::defaultHeaders(),
-///         [](TQResponse<Scores> response) { show(response.data, response.error); });
+///         [](TQResponse<Scores> response) {
+///           Dispatch::mainQueue().async([response] { show(response.data, response.error); });
+///         });
 ///
 /// A request goes to the address that is passed, else to the endpoint of `shared`, of whatever
 /// instance it is asked. Without both the program stops: it was never told where to go. Parameters
@@ -32,7 +34,8 @@ namespace TQStoreKitLib {
 ///
 /// Any answer is a success, whatever its HTTP status. A completion runs exactly once, never inside
 /// the call, on the queue of the platform's shared session, in the background: hop to the main queue
-/// to touch what belongs there. An empty one is not called, and nothing is converted for it.
+/// (platform/Dispatch/MainQueue.hpp) to touch what belongs there. An empty one is not called, and
+/// nothing is converted for it.
 /// Thread: requests and downloads, any; they return at once. `endpoint` and `defaultHeaders` have no
 /// lock: set them before there are requests on other threads.
 class TQNetworking {

@@ -68,6 +68,10 @@ class TQRequest {
   /// The usual destination of a download: the folder of the temporary file, under the last path
   /// component of the response's URL, with both options. Without that URL, or when it has no file
   /// name to give ("/", "..", a text with slashes of its own), the temporary file's name.
+  ///
+  /// The file stays there until the application removes it, and takes the place of an earlier one
+  /// of its name. Off the phone the folder is the one that TMPDIR names, else TQStoreKitLib in the
+  /// user's cache folder (`downloadFolder` in platform/embedded/Foundation/URLLoading.hpp).
   [[nodiscard]] static Destination defaultDestination(const Foundation::URL& temporaryURL,
                                                       const Foundation::URLResponse& response);
 

@@ -79,7 +79,8 @@ class TQStoreKitManager {
 
   /// Fetches products. Order: the catalogue becomes what the store found valid, earlier products
   /// drop out of it, then `completion` runs with the answer. A failed request empties the
-  /// catalogue.
+  /// catalogue. To try again from inside `completion` takes a later turn of the main queue (see
+  /// `TQStoreKit::fetchProductsInfo`).
   static void retriveProducts(const TQProductIdentifiers& productIds,
                               TQProductsCallback completion);
 

@@ -19,7 +19,9 @@ struct TQPurchase {
   TQPaymentTransactionPtr transaction{};
   /// The purchase that this one repeats; null when the platform gives none.
   TQPaymentTransactionPtr originalTransaction{};
-  /// True when the application must call `TQStoreKit::finishTransaction` once it has delivered.
+  /// True when the application must call `TQStoreKit::finishTransaction` once it has delivered. Of
+  /// a deferred one it can be true as well: deliver nothing then and leave it alone, until it is
+  /// told of again as purchased or failed.
   bool needsFinishTransaction = false;
 };
 

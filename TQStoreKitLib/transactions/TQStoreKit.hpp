@@ -49,8 +49,9 @@ struct TQRestoreOptions {
 };
 
 struct TQCompleteTransactionsOptions {
-  /// True: the library finishes each transaction before the callback hears of it. False: the
-  /// application does, after it has delivered. A failed one is always finished.
+  /// True: the library finishes each transaction before the callback hears of it, a deferred one
+  /// too. The embedded store delivers its approval all the same; whether a phone does is not known.
+  /// False: the application does, after it has delivered. A failed one is always finished.
   bool atomically = true;
 };
 
@@ -65,6 +66,10 @@ struct TQCompleteTransactionsOptions {
 /// Every operation returns at once. The first one that needs the store makes the one shared
 /// instance, which from then on observes the payment queue until the process ends; only
 /// `canMakePayments` and reading a handler do not.
+///
+/// Refunds, and a change of the storefront, are told to observers of the queue only: after
+/// `completeTransactions`, add a `StoreKit::SKPaymentTransactionObserver` of your own to
+/// `StoreKit::SKPaymentQueue::defaultQueue()`, and leave the transactions to the library.
 /// Thread: main; a debug build says so on standard error when a call comes on another.
 /// Callbacks come on: the main queue, each at most once, except those of `completeTransactions` and
 /// the handlers. An empty callback is allowed: then nobody is told. Callbacks may call any
@@ -84,6 +89,10 @@ class TQStoreKit {
 
   /// Asks the store for the products of these identifiers. Calls for the same set share a request
   /// in flight (see `TQInAppProducts::retrieveProductsInfo`).
+  ///
+  /// From inside a `completion`, a fetch of the very same set is never answered, nor a purchase by
+  /// identifier when that was the set. Begin it in a later turn (`Dispatch::mainQueue().async`), or
+  /// buy the product that has come.
   static void fetchProductsInfo(const TQProductIdentifiers& productIds,
                                 TQProductsCallback completion);
 
@@ -93,8 +102,18 @@ class TQStoreKit {
   /// decided, one of the events `success`, `cancel` and `failed`, then `completion`, then the
   /// transaction is finished (when atomic or failed).
   /// Fails: for a product that the store does not know, or when it cannot be asked, `completion`
-  /// runs with the error and then the event `failed` is posted; the queue is not touched. A
-  /// cancelled purchase is an error for `completion`; only the event tells it apart.
+  /// runs with the error and then the event `failed` is posted; the queue is not touched. To try
+  /// again from there, or to fetch it from a listener of `begin`, takes a later turn (see
+  /// `fetchProductsInfo`). A cancelled purchase is an error for `completion`; only the event tells
+  /// it apart.
+  ///
+  /// Ask to Buy: the deferred transaction is given to the callback of `completeTransactions`, and
+  /// `completion` waits until the purchase is approved or declined (by the embedded store as if
+  /// cancelled). When that happens in a later run, `completeTransactions` there hears of it.
+  ///
+  /// An outcome is recognised by its product alone: the first one, also of a purchase by another
+  /// program or in an earlier run, goes to the `completion` for that product that has waited
+  /// longest. Let one purchase of a product end before the next begins.
   static void purchaseProduct(const std::string& productId, TQIdentifierPurchaseOptions options,
                               PurchaseCompletion completion);
 
@@ -109,8 +128,9 @@ class TQStoreKit {
   static void restorePurchases(TQRestoreOptions options, RestoreCompletion completion);
 
   /// Registers, once at launch, for the transactions that nobody in this run waits for: left over
-  /// from an earlier run, approved late, bought outside the application. `callback` runs for each
-  /// batch with such transactions.
+  /// from an earlier run, approved late, bought outside the application; and for all that are
+  /// deferred. `callback` runs for each batch with such transactions. Look at the state of each:
+  /// failed and deferred ones are not paid for.
   ///
   /// A second registration is dropped with a printed line.
   static void completeTransactions(TQCompleteTransactionsOptions options,

@@ -59,8 +59,12 @@ void addFetch(CommandLine& line) {
            "Loads the address with the library's HTTP client, and writes the body of the "
            "answer to standard output as it came, whatever the HTTP status. Redirects "
            "are followed; proxies and certificates are those that the environment names "
-           "(http_proxy, https_proxy, no_proxy, CURL_CA_BUNDLE, SSL_CERT_FILE).",
-       .refusal = "No answer came.",
+           "(http_proxy, https_proxy, no_proxy, CURL_CA_BUNDLE, SSL_CERT_FILE).\n"
+           "\n"
+           "The body is all that is written, with --json as well. Addresses of another kind than "
+           "http and https (ftp://example.com) cannot be loaded: no answer comes. A text without a "
+           "kind and a host (example.com, file:///etc/hosts) is no address, and wrong usage.",
+       .refusal = "No answer came, or standard output cannot be written to.",
        .examples = " tqstore fetch https://example.com/prices.json\n"},
       [url] { return fetch(*url); });
   command.addOption("URL", *url, "An address that begins with http:// or https://").required();

@@ -117,7 +117,9 @@ Manual manual() {
           "are one object.\n"
           "\n"
           "The settings are those of StoreKit::StoreSession: " +
-          nameList() + ".",
+          nameList() +
+          ". Two more for each product name what is downloaded with it: hostedContent.PRODUCT, a "
+          "folder (empty: nothing), and hostedContentVersion.PRODUCT.",
       .refusal = "The ledger cannot be written to.",
       .examples =
           " tqstore --config shop.storekit settings\n"

@@ -21,7 +21,9 @@ namespace StoreKit {
 /// Opens the embedded store and controls it, with the names that the platform's test session has.
 ///
 ///     auto opening = StoreSession::open("shop.storekit");
-///     if (!opening.session) return complain(opening.problems);
+///     for (const auto& problem : opening.problems) complain(problem.description());
+///     if (!opening.ledgerError.empty()) complain(opening.ledgerError);
+///     if (!opening.session) return;
 ///     opening.session->setAskToBuyEnabled(true);
 ///
 /// There is one store in a process; opening another replaces it, and earlier sessions control
@@ -54,7 +56,7 @@ class StoreSession {
     std::unique_ptr<StoreSession> session{};
     /// Everything that is odd about the configuration, in its order.
     std::vector<ConfigurationProblem> problems{};
-    /// Why the ledger was refused; empty when it was not.
+    /// Why the ledger was refused; empty when it was not. `problems` says nothing of it.
     std::string ledgerError{};
   };
 
