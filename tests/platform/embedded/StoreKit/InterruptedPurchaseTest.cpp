@@ -1,4 +1,6 @@
+#include "platform/embedded/store/ledger/SqliteLedger.hpp"
 #include "tests/fakes/ObservedShop.hpp"
+#include "tests/fakes/TemporaryFolder.hpp"
 
 namespace StoreKit {
 namespace {
@@ -104,6 +106,19 @@ TEST_F(InterruptedPurchase, WhatFailedForAnotherReasonCannotBeResolved) {
   EXPECT_EQ(resolve(2), tests::kInvalidAction);
   EXPECT_EQ(resolve(77), tests::kNoTransaction);
   EXPECT_EQ(books(shop.session).size(), 2U);
+}
+
+TEST_F(InterruptedPurchase, WhatIsNotSoldAnyMoreCannotBeResolved) {
+  const tests::TemporaryFolder folder;
+  const auto ledger = [&] { return SqliteLedger::open(folder.file("shop.ledger")).ledger; };
+  StoreSession before(tests::shop(), {}, ledger());
+  before.setInterruptedPurchasesEnabled(true);
+  shop.buy("gems");
+  auto poorer = tests::shop();
+  poorer.products.erase(poorer.products.begin());
+  StoreSession after(poorer, {}, ledger());
+  EXPECT_EQ(outcome(after.resolveIssueForTransaction(1)), tests::kInvalidProduct);
+  EXPECT_THAT(books(after), ElementsAre("1 gems failed issue"));
 }
 
 TEST_F(InterruptedPurchase, FailsAnywayWithAnErrorThatWasOrdered) {

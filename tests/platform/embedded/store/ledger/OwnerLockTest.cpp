@@ -1,9 +1,16 @@
 #include "platform/embedded/store/ledger/OwnerLock.hpp"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <optional>
+#include <string>
+#include <thread>
 
 #include "tests/fakes/TemporaryFolder.hpp"
 #include "tests/platform/embedded/store/ledger/ChildProcess.hpp"
@@ -12,6 +19,20 @@ namespace tests {
 namespace {
 
 using StoreKit::detail::OwnerLock;
+
+// Until a thread of this program waits for a lock: the kernel's list then has an arrow there. Where
+// it has none, the test goes on after two seconds, and may find out less.
+void waitForAWaiter() {
+  const auto program = " " + std::to_string(::getpid()) + " ";
+  const auto isWaiter = [&](const std::string& line) {
+    return line.find("->") != line.npos && line.find(program) != line.npos;
+  };
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+  for (bool waits = false; !waits && std::chrono::steady_clock::now() < end;) {
+    std::ifstream locks("/proc/locks");
+    for (std::string line; std::getline(locks, line);) waits = waits || isWaiter(line);
+  }
+}
 
 class OwnerLockFile : public testing::Test {
  protected:
@@ -54,6 +75,29 @@ TEST_F(OwnerLockFile, NobodyElseIsAliveInMemory) {
 
 TEST_F(OwnerLockFile, AnOwnerThatNeverWasIsNotAlive) {
   EXPECT_FALSE(OwnerLock(path, 1).isAlive(7));
+}
+
+// What belongs to a living program must not be taken from it.
+TEST_F(OwnerLockFile, AnOwnerWhoseFileCannotBeOpenedCountsAsAlive) {
+  const OwnerLock observer(path, 1);
+  std::filesystem::create_directory(path + "-owner-7");
+  EXPECT_TRUE(observer.isAlive(7));
+}
+
+TEST_F(OwnerLockFile, ThatIsReplacedWhileItWaitsIsLockedAnew) {
+  const auto file = path + "-owner-2";
+  const int other = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  ASSERT_EQ(::flock(other, LOCK_EX), 0);
+  std::optional<OwnerLock> lock;
+  std::thread waiting([&] { lock.emplace(path, 2); });
+  waitForAWaiter();
+
+  ::unlink(file.c_str());
+  std::ofstream{file};
+  ::close(other);
+  waiting.join();
+
+  EXPECT_TRUE(OwnerLock(path, 1).isAlive(2));
 }
 
 TEST_F(OwnerLockFile, AKilledOwnerIsNotAliveAndItsFileGoesAway) {
