@@ -226,7 +226,6 @@ Failure StoreServer::answerPriceIncrease(std::int64_t identifier, bool consents)
 Failure StoreServer::forceRenewal(const std::string& product) {
   return changeSubscription(product, [](LedgerEntry& running, Sale& sale) -> Failure {
     periodOf(running).renews = true;
-    periodOf(running).asksForPriceIncrease = false;
     sale.renew(periodOf(running).group, sale.now());
     return std::nullopt;
   });

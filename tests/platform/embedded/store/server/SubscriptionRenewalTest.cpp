@@ -275,22 +275,33 @@ TEST_F(SubscriptionRenewal, ThatSomebodyElseWasFasterWithHappensWithTheNextLook)
   EXPECT_THAT(shop.periods(), ElementsAre("monthly 0-300", "monthly 300-600"));
 }
 
+// A running period of what the shop does not sell any more.
+LedgerEntries periodOfGone(bool isUnpaid) {
+  const auto begin = Foundation::Date::sinceEpoch(ManualClock::kStart);
+  return {{.state = SKPaymentTransactionState::purchased,
+           .finished = true,
+           .payment = {.productIdentifier = "gone"},
+           .period = SubscriptionPeriod{
+               .group = "readers",
+               .ends = Foundation::Date::sinceEpoch(ManualClock::kStart + 10),
+               .renewsAs = "gone",
+               .retryingSince = isUnpaid ? std::optional(begin) : std::nullopt}}};
+}
+
 TEST_F(SubscriptionRenewal, OfWhatIsNotSoldAnyMoreDoesNotHappen) {
-  auto configuration = tests::subscriptions();
-  configuration.settings.timeRate = tests::kFastRate;
-  auto ledger = std::make_unique<tests::FailingLedger>(shop.ledger);
-  LedgerEntries entries = {
-      {.state = SKPaymentTransactionState::purchased,
-       .finished = true,
-       .payment = {.productIdentifier = "gone"},
-       .period = SubscriptionPeriod{.group = "readers",
-                                    .ends = Foundation::Date::sinceEpoch(ManualClock::kStart + 10),
-                                    .renewsAs = "gone"}}};
-  ASSERT_FALSE(ledger->add(entries, Ledger::Durability::powerCut));
-  StoreSession session(configuration, shop.clock.sources(), std::move(ledger));
-  shop.clock.advance(session, 1000);
-  EXPECT_THAT(books(session), ElementsAre("1 gone purchased finished"));
-  EXPECT_FALSE(session.allTransactions().at(0).autoRenewingEnabled);
+  for (const bool isUnpaid : {false, true}) {
+    SCOPED_TRACE(isUnpaid);
+    auto configuration = tests::subscriptions();
+    configuration.settings.timeRate = tests::kFastRate;
+    configuration.settings.billingGracePeriodEnabled = true;
+    auto ledger = std::make_unique<MemoryLedger>();
+    auto entries = periodOfGone(isUnpaid);
+    ASSERT_FALSE(ledger->add(entries, Ledger::Durability::powerCut));
+    StoreSession session(configuration, shop.clock.sources(), std::move(ledger));
+    shop.clock.advance(session, 50);
+    EXPECT_THAT(books(session), ElementsAre("1 gone purchased finished"));
+    EXPECT_FALSE(session.allTransactions().at(0).autoRenewingEnabled);
+  }
 }
 
 TEST_F(SubscriptionRenewal, WithAClockThatIsSetBackWaits) {
