@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/embedded/store/ledger/SqliteLedger.hpp"
 #include "tests/fakes/OpenShop.hpp"
+#include "tests/fakes/TemporaryFolder.hpp"
 
 namespace StoreKit {
 namespace {
@@ -177,6 +179,18 @@ TEST_F(Restore, SeesWhatWasFinishedJustBefore) {
   OpenShop::queue().finishTransaction(shop.buy("crown"));
   EXPECT_THAT(heardOf(), ElementsAre("removed: crown purchased", "updated: crown restored",
                                      "restore finished"));
+}
+
+TEST_F(Restore, LeavesOutWhatIsNotSoldAnyMore) {
+  const tests::TemporaryFolder folder;
+  const auto ledger = [&] { return SqliteLedger::open(folder.file("shop.ledger")).ledger; };
+  const StoreSession before(tests::shop(), {}, ledger());
+  shop.own("crown");
+  shop.own("cape");
+  auto poorer = tests::shop();
+  std::erase_if(poorer.products, [](const auto& each) { return each.productID == "crown"; });
+  const StoreSession after(poorer, {}, ledger());
+  EXPECT_THAT(heardOf(), ElementsAre("updated: cape restored", "restore finished"));
 }
 
 TEST_F(Restore, ThatHadNotBegunIsForgottenAtARelaunch) {
