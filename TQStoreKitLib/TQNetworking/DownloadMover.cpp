@@ -18,13 +18,13 @@ URL besides(const URL& temporaryURL) {
 }
 
 // One file has many paths: by "//", "..", links. Its own is gone with it while it is moved aside.
-bool isTheSame(const URL& temporaryURL, const URL& url) {
-  if (url.path() == temporaryURL.path()) return true;
+Outcome compare(const URL& temporaryURL, const URL& url, bool& isTheSame) {
+  isTheSame = url.path() == temporaryURL.path();
+  if (isTheSame) return std::nullopt;
   const auto aside = besides(temporaryURL);
-  if (files().moveItem(temporaryURL, aside)) return false;
-  const bool isGone = !files().fileExists(url.path());
-  (void)files().moveItem(aside, temporaryURL);
-  return isGone;
+  if (auto error = files().moveItem(temporaryURL, aside)) return error;
+  isTheSame = !files().fileExists(url.path());
+  return files().moveItem(aside, temporaryURL);
 }
 
 // Puts a copy into the place of the temporary file, which alone is the session's to remove.
@@ -43,7 +43,9 @@ Outcome moveDownload(const URL& temporaryURL, const TQRequest::Destination& dest
   const auto& [url, options] = destination;
   if (options.contains(TQDownloadOptions::removePreviousFile())) {
     if (files().kind(url.path()) == FileManager::Kind::file) {
-      if (isTheSame(temporaryURL, url)) return keepInPlace(temporaryURL);
+      bool isTheSame = false;
+      if (auto error = compare(temporaryURL, url, isTheSame)) return error;
+      if (isTheSame) return keepInPlace(temporaryURL);
       if (auto error = files().removeItem(url)) return error;
     }
   }

@@ -132,6 +132,20 @@ TEST_F(DownloadMover, OntoItselfByAnotherPathKeepsTheDownload) {
   }
 }
 
+TEST_F(DownloadMover, OfWhatIsNotThereLeavesThePreviousFile) {
+  tests::write(path("a"), "old");
+  fs::remove(path("temporary"));
+  EXPECT_TRUE(moveTo("a", kBoth));
+  EXPECT_EQ(bytesOf(path("a")), "old");
+}
+
+// What an earlier one that was killed has left is in the way.
+TEST_F(DownloadMover, ThatCannotBeComparedRemovesNothing) {
+  tests::write(path("temporary.kept"), "left");
+  EXPECT_TRUE(moveTo("./temporary", kBoth));
+  EXPECT_EQ(bytesOf(path("temporary")), "new");
+}
+
 TEST_F(DownloadMover, OntoItselfIsTakenUnlessItMayBeReplaced) {
   const auto error = moveTo("temporary", kCreate);
   ASSERT_TRUE(error);
